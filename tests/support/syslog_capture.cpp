@@ -2,6 +2,7 @@
 // inline definitions would get in the way.
 #include "support/syslog_capture.h"
 
+#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -44,6 +45,7 @@ void Capture(int priority, const char* format, va_list arguments) {
   const std::lock_guard<std::mutex> lock(store.mutex);
   store.lines.push_back(std::move(line));
   store.numbers.push_back(number);
+  errno = ENOTCONN;  // as the real one does without a log daemon
 }
 
 }  // namespace

@@ -23,7 +23,8 @@ struct LogLine {
 };
 
 // The lines logged since the last call (or the start), each kept in order. Every call of syslog()
-// in the process is caught, in any thread; nothing reaches the machine's log.
+// in the process is caught, in any thread; nothing reaches the machine's log. A caught call leaves
+// errno changed, so that whoever promises an errno has to keep it across the call.
 std::vector<LogLine> TakeLog();
 
 // The line numbers of the lines that the last TakeLog() returned, in the same order.
