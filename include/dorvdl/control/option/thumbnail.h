@@ -1,0 +1,43 @@
+/// @file
+/// Which thumbnails are wanted.
+#ifndef DORVDL_CONTROL_OPTION_THUMBNAIL_H_
+#define DORVDL_CONTROL_OPTION_THUMBNAIL_H_
+
+#include <dorvdl/control/option/common.h>
+#include <dorvdl/util/export.h>
+
+#include <boost/optional.hpp>
+#include <cstdint>
+
+namespace dorvdl::rpc::proto::thumbnail {
+class ListRequest;
+}
+
+namespace dorvdl::control::option::thumbnail {
+
+/// Which thumbnails are wanted, in which order, and which page of them. Each criterion is unset in
+/// a new option, and an unset one imposes no restriction.
+class DORVDL_EXPORT ListOption {
+ public:
+  /// Unsets every criterion, those of `common` too.
+  void Clear();
+
+  /// Takes over @p request: a field that is present sets its criterion, whatever its value; the
+  /// other criteria are unset, whatever they were.
+  void fromProto(const rpc::proto::thumbnail::ListRequest& request);
+
+  /// Makes @p request say the same as this option and nothing else: exactly the fields of the
+  /// criteria that are set are present; `common` is always present.
+  void toProto(rpc::proto::thumbnail::ListRequest& request) const;
+
+  /// Order and page.
+  common::ListOption common;
+  /// Task whose file the thumbnail shows.
+  boost::optional<std::int32_t> task_id;
+  /// Number of that file within the task.
+  boost::optional<std::int32_t> file_index;
+};
+
+}  // namespace dorvdl::control::option::thumbnail
+
+#endif  // DORVDL_CONTROL_OPTION_THUMBNAIL_H_
