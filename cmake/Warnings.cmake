@@ -4,5 +4,7 @@ option(DORVDL_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 add_library(dorvdl_warnings INTERFACE)
 target_compile_options(
   dorvdl_warnings
-  INTERFACE -Wall -Wextra -Wshadow -Wformat=2 -Wold-style-cast -Woverloaded-virtual -Wconversion
-            -Wnull-dereference -Wundef $<$<BOOL:${DORVDL_WARNINGS_AS_ERRORS}>:-Werror>)
+  INTERFACE -Wall -Wextra -Wshadow -Wformat=2 -Wconversion -Wnull-dereference -Wundef
+            "$<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast;-Woverloaded-virtual>"
+            $<$<COMPILE_LANGUAGE:C>:-Wstrict-prototypes>
+            $<$<BOOL:${DORVDL_WARNINGS_AS_ERRORS}>:-Werror>)
