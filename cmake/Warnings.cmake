@@ -5,6 +5,7 @@ add_library(dorvdl_warnings INTERFACE)
 target_compile_options(
   dorvdl_warnings
   INTERFACE -Wall -Wextra -Wshadow -Wformat=2 -Wconversion -Wnull-dereference -Wundef
-            "$<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast;-Woverloaded-virtual>"
-            $<$<COMPILE_LANGUAGE:C>:-Wstrict-prototypes>
+            $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast>
+            $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
+            $<$<COMPILE_LANGUAGE:C>:-Wstrict-prototypes> $<$<COMPILE_LANGUAGE:C>:-Wpedantic>
             $<$<BOOL:${DORVDL_WARNINGS_AS_ERRORS}>:-Werror>)

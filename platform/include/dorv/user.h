@@ -1,0 +1,34 @@
+/// @file
+/// System users and their groups. C linkage.
+#ifndef DORV_USER_H_
+#define DORV_USER_H_
+
+#include <dorv/export.h>
+#include <sys/types.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// Writes the account's real (canonical) name for @p user into @p buf: the name as the account
+/// database spells it.
+///
+/// @param user  zero-terminated user name; must not be null.
+/// @param buf   receives the zero-terminated name; owned by the caller, must not be null.
+/// @param size  bytes in @p buf, the terminating zero included.
+/// @return 0 on success; another value when there is no such user or the name does not fit, and
+///         then the contents of @p buf do not count.
+DORV_EXPORT int VLIBUserRealNameGet(const char* user, char* buf, int size);
+
+/// Tells whether the user with the id @p uid is a member of the administrators' group.
+///
+/// @param uid   the user's id.
+/// @param flag  1 for callers of the package; other values are the platform's own.
+/// @return 1 for a member, 0 for a non-member, -1 when it could not be found out.
+DORV_EXPORT int VLIBGroupIsAdminGroupMemByUid(uid_t uid, int flag);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif  // DORV_USER_H_

@@ -1,0 +1,112 @@
+#include <dorv/share_path.h>
+#include <grp.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <boost/algorithm/string.hpp>
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace dorvdl::common {
+namespace {
+
+struct Account {
+  uid_t uid;
+  std::vector<gid_t> groups;  // the primary one included
+};
+
+std::optional<Account> FindAccount(const std::string& user) {
+  std::vector<char> texts(1024);
+  passwd entry{};
+  passwd* found = nullptr;
+  while (getpwnam_r(user.c_str(), &entry, texts.data(), texts.size(), &found) == ERANGE) {
+    texts.resize(texts.size() * 2);
+  }
+  if (found == nullptr) {
+    return std::nullopt;
+  }
+  int count = 16;
+  std::vector<gid_t> groups(static_cast<std::size_t>(count));
+  while (getgrouplist(entry.pw_name, entry.pw_gid, groups.data(), &count) < 0) {
+    groups.resize(static_cast<std::size_t>(count));
+  }
+  groups.resize(static_cast<std::size_t>(count));
+  return Account{entry.pw_uid, std::move(groups)};
+}
+
+// Whether the mode bits of a folder grant @p wanted, a sum of R_OK, W_OK and X_OK. As in the
+// kernel the first class that the account belongs to decides, even when a later one grants more.
+bool Grants(const std::string& folder, const Account& account, unsigned wanted) {
+  struct stat info {};
+  if (stat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) {
+    return false;
+  }
+  if (account.uid == 0) {
+    return true;
+  }
+  unsigned granted = info.st_mode;
+  if (info.st_uid == account.uid) {
+    granted >>= 6;
+  } else if (std::count(account.groups.begin(), account.groups.end(), info.st_gid) > 0) {
+    granted >>= 3;
+  }
+  return (granted & wanted) == wanted;
+}
+
+// Whether the account may use the folder @p real, an absolute path without links.
+bool MayUse(const std::string& real, const Account& account) {
+  for (std::size_t end = 1; end != std::string::npos; end = real.find('/', end + 1)) {
+    if (!Grants(real.substr(0, end), account, X_OK)) {
+      return false;
+    }
+  }
+  return Grants(real, account, R_OK | X_OK);
+}
+
+// The absolute path without links; empty when there is no such file or it cannot be reached.
+std::string RealPath(const std::string& path) {
+  const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr),
+                                                         &std::free);
+  return real ? real.get() : "";
+}
+
+// Whether the file @p real is @p folder or lies below it; both are absolute and without links.
+bool IsInside(const std::string& real, const std::string& folder) {
+  return real == folder || folder == "/" || boost::algorithm::starts_with(real, folder + "/");
+}
+
+bool HasNul(const std::string& text) { return text.find('\0') != std::string::npos; }
+
+}  // namespace
+
+std::string GetRealPathFromSharePath(const std::string& path, const std::string& user) {
+  if (HasNul(path) || HasNul(user)) {
+    return {};
+  }
+  std::vector<std::string> names;
+  boost::algorithm::split(names, path, [](char letter) { return letter == '/'; });
+  names.erase(std::remove(names.begin(), names.end(), ""), names.end());
+  const bool climbs = std::any_of(names.begin(), names.end(), [](const std::string& name) {
+    return name == "." || name == "..";
+  });
+  if (names.empty() || climbs) {
+    return {};
+  }
+
+  const std::string root = std::string(DORV_SHARE_ROOT) + "/";
+  const std::string share = RealPath(root + names.front());
+  const std::string real = RealPath(root + boost::algorithm::join(names, "/"));
+  if (share.empty() || real.empty() || !IsInside(real, share)) {
+    return {};
+  }
+  const std::optional<Account> account = FindAccount(user);
+  return account && MayUse(real, *account) ? real : std::string();
+}
+
+}  // namespace dorvdl::common
