@@ -1,0 +1,75 @@
+/// @file
+/// What a WHERE clause demands.
+#ifndef DORVDL_DBQUERY_CONDITION_H_
+#define DORVDL_DBQUERY_CONDITION_H_
+
+#include <dorvdl/dbquery/sql_text.h>
+#include <dorvdl/util/export.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace dorvdbquery {
+
+/// An immutable condition on the rows of a statement. Copies are cheap and share their content.
+/// Values are bound as parameters and never become statement text.
+class DORVDL_EXPORT Condition {
+ public:
+  /// The condition that restricts nothing: with `&&` it yields the other operand, alone it makes
+  /// no WHERE clause. Its negation is FALSE.
+  static Condition Null();
+
+  /// The comparison `expression op value`, such as `ConditionFactory<int>("pid", ">", 0)`.
+  ///
+  /// @param expression  a column or SQL expression that code has written; goes out as it stands.
+  /// @param op          an operator that code has written ("=", "<=", "ILIKE", "~" ...).
+  /// @param value       bound as a parameter; a text with an embedded NUL makes the execution fail.
+  template <typename T>
+  static Condition ConditionFactory(const std::string& expression, const std::string& op,
+                                    const T& value) {
+    return Compare(expression, op, ToParameter(value));
+  }
+
+  /// True for rows whose @p column (a plain identifier) holds one of @p values; FALSE for no
+  /// values. All values travel as one array parameter, so the text does not grow with them.
+  template <typename T>
+  static Condition In(const std::string& column, const std::vector<T>& values) {
+    static_assert(std::is_integral_v<T>, "lists of whole numbers only");
+    std::string list;
+    for (const T value : values) {
+      list.append(1, list.empty() ? '{' : ',').append(std::to_string(value));
+    }
+    return InList(column, list.empty() ? list : list + "}");
+  }
+
+  /// True for rows whose @p column (a plain identifier) contains @p text literally: percent,
+  /// underscore and backslash are plain characters, and case counts.
+  static Condition HasSubstring(const std::string& column, const std::string& text);
+
+  Condition operator!() const;
+  Condition operator&&(const Condition& other) const;
+
+  /// True for Null() only.
+  bool IsNull() const { return render_ == nullptr; }
+
+  /// Appends the condition to a statement. Must not be called on Null().
+  void AppendTo(SqlText& statement) const { (*render_)(statement); }
+
+ private:
+  using Render = std::function<void(SqlText&)>;
+
+  Condition() = default;
+  explicit Condition(Render render) : render_(std::make_shared<const Render>(std::move(render))) {}
+
+  static Condition Compare(const std::string& expression, const std::string& op, Parameter value);
+  static Condition InList(const std::string& column, const std::string& array);
+
+  std::shared_ptr<const Render> render_;
+};
+
+}  // namespace dorvdbquery
+
+#endif  // DORVDL_DBQUERY_CONDITION_H_

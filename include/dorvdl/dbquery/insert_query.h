@@ -1,0 +1,62 @@
+/// @file
+/// INSERT statements.
+#ifndef DORVDL_DBQUERY_INSERT_QUERY_H_
+#define DORVDL_DBQUERY_INSERT_QUERY_H_
+
+#include <dorvdl/dbquery/parameter.h>
+#include <dorvdl/dbquery/query.h>
+#include <dorvdl/util/export.h>
+#include <soci/soci.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace dorvdbquery {
+
+/// An INSERT of one row. With no column named it inserts a row of defaults.
+class DORVDL_EXPORT InsertQuery : public Query {
+ public:
+  InsertQuery(const Session& session, std::string table);
+  ~InsertQuery() override;
+
+  /// Names the columns (plain identifiers) to insert, exactly these.
+  void SetInsertAll(std::vector<std::string> columns) { columns_ = std::move(columns); }
+
+  /// Gives the columns' values, one per column in the order of SetInsertAll().
+  void Values(std::vector<Parameter> values) { values_ = std::move(values); }
+
+  /// Takes the columns' values by name from @p record, through its `soci::type_conversion` over
+  /// `soci::values`. Call after SetInsertAll(). The record is only read.
+  ///
+  /// @throws soci::soci_error when the record gives a named column no value, or one of a type that
+  ///         is neither text nor number; and whatever the conversion throws.
+  template <typename Record>
+  void Use(const Record& record) {
+    UseConverted([&record](soci::values& values, soci::indicator& indicator) {
+      soci::type_conversion<Record>::to_base(record, values, indicator);
+    });
+  }
+
+  /// Returns @p column (a plain identifier) of the new row into @p out, which must outlive the
+  /// query's use.
+  template <typename T>
+  void Returning(std::string column, T& out) {
+    returning_ = std::move(column);
+    AddTarget([&out](soci::statement& statement) { statement.exchange(soci::into(out)); });
+  }
+
+  SqlText Statement() const override;
+
+ private:
+  void UseConverted(const std::function<void(soci::values&, soci::indicator&)>& convert);
+
+  std::vector<std::string> columns_;
+  std::vector<Parameter> values_;
+  std::string returning_;
+};
+
+}  // namespace dorvdbquery
+
+#endif  // DORVDL_DBQUERY_INSERT_QUERY_H_

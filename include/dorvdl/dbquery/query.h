@@ -1,0 +1,95 @@
+/// @file
+/// What all statements share: their table, their condition, and how they are run.
+#ifndef DORVDL_DBQUERY_QUERY_H_
+#define DORVDL_DBQUERY_QUERY_H_
+
+#include <dorvdl/dbquery/condition.h>
+#include <dorvdl/dbquery/session.h>
+#include <dorvdl/dbquery/sql_text.h>
+#include <dorvdl/util/export.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace soci {
+class statement;
+}
+
+namespace dorvdbquery {
+
+class Execution;
+
+/// A statement on one table. Must not outlive its session. Each execution is one round trip.
+class DORVDL_EXPORT Query {
+ public:
+  virtual ~Query();
+  Query(const Query&) = delete;
+  Query& operator=(const Query&) = delete;
+
+  /// Runs the statement with its bindings; a select reads its first row into the bound targets and
+  /// leaves them untouched when there is none. True on success. False on any database error, a lost
+  /// connection included: one line is logged at error level with SQLSTATE, the server's message
+  /// and the statement's text, never a value.
+  ///
+  /// @throws soci::soci_error (with the bare message) or std::bad_cast when a row cannot be read
+  ///         into its target. Session, statement and transaction stay usable.
+  bool Execute();
+
+  /// The statement's text and values as Execute() would send them; an empty text when there is
+  /// nothing to send, which makes Execute() false. Needs no connection.
+  virtual SqlText Statement() const = 0;
+
+ protected:
+  /// Adds the element that receives a result column or row to the statement being executed.
+  using Target = std::function<void(soci::statement&)>;
+
+  /// @param table  a plain identifier; anything else makes the execution fail.
+  Query(const Session& session, std::string table);
+
+  const std::string& table() const { return table_; }
+  const Session& session() const { return session_; }
+
+  void AddTarget(Target target) { targets_.push_back(std::move(target)); }
+
+  /// Runs the statement; @p read_first_row decides whether the first row is fetched at once.
+  bool Run(bool read_first_row);
+
+  /// Reads the next row of the last execution; false when there is none.
+  bool FetchNext();
+
+  /// How many rows the last successful execution returned.
+  int RowCount() const;
+
+  /// How many rows the last successful execution inserted, changed or deleted.
+  long long AffectedRows() const;
+
+ private:
+  const Session& session_;
+  std::string table_;
+  std::vector<Target> targets_;
+  std::unique_ptr<Execution> execution_;
+};
+
+/// A statement with a WHERE clause.
+class DORVDL_EXPORT ConditionalQuery : public Query {
+ public:
+  ~ConditionalQuery() override;
+
+  /// Restricts the statement to the rows that meet @p condition; replaces an earlier condition.
+  void Where(const Condition& condition) { condition_ = condition; }
+
+ protected:
+  using Query::Query;
+
+  /// Appends " WHERE ..." unless the condition is null.
+  void AppendWhere(SqlText& statement) const;
+
+ private:
+  Condition condition_ = Condition::Null();
+};
+
+}  // namespace dorvdbquery
+
+#endif  // DORVDL_DBQUERY_QUERY_H_

@@ -1,0 +1,66 @@
+/// @file
+/// One connection to the database server.
+#ifndef DORVDL_DBQUERY_SESSION_H_
+#define DORVDL_DBQUERY_SESSION_H_
+
+#include <dorvdl/util/export.h>
+
+#include <memory>
+#include <string>
+
+namespace soci {
+class session;
+}
+
+namespace dorvdbquery {
+
+struct SessionState;
+
+/// A connection to PostgreSQL. Movable, closed when destroyed. Belongs to one thread at a time;
+/// statements and transactions made on it must not outlive it.
+class DORVDL_EXPORT Session {
+ public:
+  /// A session without a connection: not Good(), and every statement on it fails.
+  Session() noexcept;
+
+  /// Connects as the role @p user to @p database. Host, port, TLS, service and fail-over list come
+  /// from libpq's own environment. Uses the process's effective ids for peer authentication.
+  ///
+  /// @throws soci::soci_error when the connection cannot be opened.
+  static Session PGSQL(const std::string& user, const std::string& database);
+
+  ~Session();
+  Session(Session&&) noexcept;
+  Session& operator=(Session&&) noexcept;
+
+  /// True while the connection is usable. Notices a connection that the server has closed, without
+  /// a round trip.
+  bool Good() const;
+
+  /// Stores the regular file at @p path as a new large object and returns its id, 0 on failure
+  /// (logged). Opens a transaction of its own when none is open. The file is opened with the
+  /// process's effective ids.
+  unsigned ClientSideLOImport(const std::string& path);
+
+  /// Writes the large object whose id is the low 32 bits of @p oid to the file at @p path, which
+  /// is replaced as a whole once all its content is on disk; nothing but a regular file is ever
+  /// replaced. Opens a transaction of its own when none is open. Returns false on failure (logged),
+  /// and then leaves what is at @p path as it was.
+  bool ClientSideLOExport(unsigned long long oid, const std::string& path);
+
+  /// The SOCI session, for statements that the query builder does not cover; null without a
+  /// connection. Never call reconnect() on it.
+  soci::session* handle() const;
+
+ private:
+  friend class Query;
+  friend class Transaction;
+
+  explicit Session(std::unique_ptr<SessionState> state) noexcept;
+
+  std::unique_ptr<SessionState> state_;
+};
+
+}  // namespace dorvdbquery
+
+#endif  // DORVDL_DBQUERY_SESSION_H_

@@ -1,0 +1,73 @@
+#include <dorvdl/dbquery/condition.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace dorvdbquery {
+namespace {
+
+// An operator is a word or two ("ILIKE", "IS DISTINCT FROM") or a run of operator characters.
+bool IsOperator(const std::string& op) {
+  constexpr std::string_view kAllowed =
+      " ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz<>=!~*@#%^&|?+/";
+  return !op.empty() && op.find("/*") == std::string::npos &&
+         op.find_first_not_of(kAllowed) == std::string::npos;
+}
+
+}  // namespace
+
+Condition Condition::Null() { return {}; }
+
+Condition Condition::Compare(const std::string& expression, const std::string& op,
+                             Parameter value) {
+  return Condition([expression, op, value = std::move(value)](SqlText& statement) {
+    if (!IsOperator(op)) {
+      statement.Refuse("a comparison has no valid operator");
+      return;
+    }
+    statement.Append(expression).Append(" ").Append(op).Append(" ").Bind(value);
+  });
+}
+
+Condition Condition::InList(const std::string& column, const std::string& array) {
+  return Condition([column, array](SqlText& statement) {
+    if (array.empty()) {
+      statement.Append("FALSE");
+      return;
+    }
+    statement.AppendIdentifier(column).Append(" = ANY(").Bind(array).Append(")");
+  });
+}
+
+Condition Condition::HasSubstring(const std::string& column, const std::string& text) {
+  return Condition([column, text](SqlText& statement) {
+    statement.Append("strpos(").AppendIdentifier(column).Append(", ").Bind(text).Append(") > 0");
+  });
+}
+
+Condition Condition::operator!() const {
+  if (IsNull()) {
+    return Condition([](SqlText& statement) { statement.Append("FALSE"); });
+  }
+  return Condition([inner = *this](SqlText& statement) {
+    statement.Append("NOT (");
+    inner.AppendTo(statement);
+    statement.Append(")");
+  });
+}
+
+Condition Condition::operator&&(const Condition& other) const {
+  if (IsNull()) {
+    return other;
+  }
+  if (other.IsNull()) {
+    return *this;
+  }
+  return Condition([left = *this, right = other](SqlText& statement) {
+    left.AppendTo(statement);
+    statement.Append(" AND ");
+    right.AppendTo(statement);
+  });
+}
+
+}  // namespace dorvdbquery

@@ -1,0 +1,22 @@
+// The log lines of statements that failed.
+#ifndef DBQUERY_FAILURE_LOG_H_
+#define DBQUERY_FAILURE_LOG_H_
+
+#include <libpq-fe.h>
+
+#include <string>
+
+namespace dorvdbquery {
+
+// Logs at error level, from "dbquery/query", that the server refused @p statement: SQLSTATE, the
+// server's primary message and the statement's text with its placeholders. Never the message's
+// detail and never a value; the messages of class 22 (data exceptions) quote the input and are
+// left out. @p result may be null when there was no answer.
+void LogFailedStatement(const PGresult* result, const std::string& statement);
+
+// Logs at error level, from "dbquery/query", why a statement was not sent.
+void LogUnsentStatement(const std::string& reason);
+
+}  // namespace dorvdbquery
+
+#endif  // DBQUERY_FAILURE_LOG_H_

@@ -1,0 +1,129 @@
+#include "dbquery/local_file.h"
+
+#include <dorvdl/util/log.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+namespace dorvdbquery {
+namespace {
+
+bool HasNul(const std::string& path) {
+  if (path.find('\0') == std::string::npos) {
+    return false;
+  }
+  DORVDL_LOG(LOG_ERR, "Failed to open file: the path has an embedded NUL");
+  return true;
+}
+
+bool IsRegular(int descriptor) {
+  struct stat status {};
+  return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// The file that @p path names, links followed; @p path itself when nothing is there. Empty when
+// something else than a regular file is.
+std::string RegularTarget(const std::string& path) {
+  struct stat status {};
+  if (lstat(path.c_str(), &status) != 0) {
+    return path;
+  }
+  char resolved[PATH_MAX];
+  const bool regular = realpath(path.c_str(), resolved) != nullptr &&
+                       stat(resolved, &status) == 0 && S_ISREG(status.st_mode);
+  return regular ? resolved : "";
+}
+
+}  // namespace
+
+LocalFile LocalFile::OpenRegular(const std::string& path) {
+  LocalFile file(path, -1);
+  if (HasNul(path)) {
+    return file;
+  }
+  // O_NONBLOCK: the open of a FIFO would wait for a writer before its kind can be asked for.
+  file.descriptor_ = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (!file.IsOpen()) {
+    file.LogFailure("open");
+  } else if (!IsRegular(file.descriptor_)) {
+    close(std::exchange(file.descriptor_, -1));
+    DORVDL_LOG(LOG_ERR, "Failed to open file [%s]: not a regular file", path.c_str());
+  }
+  return file;
+}
+
+LocalFile::LocalFile(LocalFile&& other) noexcept
+    : path_(std::move(other.path_)), descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+LocalFile::~LocalFile() {
+  if (IsOpen()) {
+    close(descriptor_);
+  }
+}
+
+ssize_t LocalFile::Read(char* data, std::size_t size) const {
+  const ssize_t length = TEMP_FAILURE_RETRY(read(descriptor_, data, size));
+  if (length < 0) {
+    LogFailure("read");
+  }
+  return length;
+}
+
+bool LocalFile::Write(const char* data, std::size_t size) const {
+  while (size > 0) {
+    const ssize_t length = TEMP_FAILURE_RETRY(write(descriptor_, data, size));
+    if (length < 0) {
+      LogFailure("write");
+      return false;
+    }
+    data += length;
+    size -= static_cast<std::size_t>(length);
+  }
+  return true;
+}
+
+void LocalFile::LogFailure(const char* what) const {
+  DORVDL_LOG(LOG_ERR, "Failed to %s file [%s]: %m", what, path_.c_str());
+}
+
+ReplacedFile::ReplacedFile(const std::string& target) : LocalFile(target, -1) {
+  if (HasNul(target)) {
+    return;
+  }
+  target_ = RegularTarget(target);
+  if (target_.empty()) {
+    DORVDL_LOG(LOG_ERR, "Failed to open file [%s]: not a regular file", target.c_str());
+    return;
+  }
+  // The time keeps a file that a killed process has left behind from blocking its successor.
+  path_ = target_ + ".part" + std::to_string(getpid()) + "-" +
+          std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
+  descriptor_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+  temporary_ = IsOpen();
+  if (!IsOpen()) {
+    LogFailure("create");
+  }
+}
+
+ReplacedFile::~ReplacedFile() {
+  if (temporary_) {
+    unlink(path_.c_str());
+  }
+}
+
+bool ReplacedFile::Replace() {
+  if (fsync(descriptor_) != 0 || std::rename(path_.c_str(), target_.c_str()) != 0) {
+    LogFailure("complete");
+    return false;
+  }
+  temporary_ = false;
+  return true;
+}
+
+}  // namespace dorvdbquery

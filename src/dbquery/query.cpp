@@ -1,0 +1,104 @@
+#include <dorvdl/dbquery/query.h>
+#include <dorvdl/util/log.h>
+
+#include <cstdlib>
+#include <utility>
+
+#include "dbquery/execution.h"
+#include "dbquery/failure_log.h"
+#include "dbquery/session_state.h"
+
+namespace dorvdbquery {
+
+void LogFailedStatement(const PGresult* result, const std::string& statement) {
+  const auto field = [result](int code) -> std::string {
+    const char* const text = PQresultErrorField(result, code);
+    return text != nullptr ? text : "";
+  };
+  std::string sqlstate = field(PG_DIAG_SQLSTATE);
+  std::string message = field(PG_DIAG_MESSAGE_PRIMARY);
+  if (sqlstate.empty()) {
+    sqlstate = "08006";
+    message = "the connection to the server is lost";
+  } else if (sqlstate.compare(0, 2, "22") == 0) {
+    message = "invalid value";
+  }
+  DORVDL_LOG(LOG_ERR, "Failed to execute statement: [%s] %s: %s", sqlstate.c_str(), message.c_str(),
+             statement.c_str());
+}
+
+void LogUnsentStatement(const std::string& reason) {
+  DORVDL_LOG(LOG_ERR, "Failed to execute statement: %s", reason.c_str());
+}
+
+Query::Query(const Session& session, std::string table)
+    : session_(session), table_(std::move(table)) {}
+
+Query::~Query() = default;
+
+bool Query::Execute() { return Run(true); }
+
+bool Query::Run(bool read_first_row) {
+  execution_.reset();
+  SqlText sql = Statement();
+  SessionState* const state = session_.state_.get();
+  if (!sql.refusal().empty()) {
+    LogUnsentStatement(sql.refusal());
+    return false;
+  }
+  if (sql.text().empty()) {
+    return false;
+  }
+  if (state == nullptr) {
+    LogUnsentStatement("the session has no connection");
+    return false;
+  }
+  if (state->failed_begins > 0) {
+    // Outside the transaction that it was meant for, the statement would last.
+    LogUnsentStatement("its transaction could not begin");
+    return false;
+  }
+  try {
+    execution_ = std::make_unique<Execution>(state->session, std::move(sql), targets_);
+    execution_->Run(read_first_row);
+    return true;
+  } catch (const soci::postgresql_soci_error&) {
+    LogFailedStatement(execution_->result(), execution_->text());
+    execution_.reset();
+    return false;
+  } catch (const soci::soci_error& error) {
+    // The context that SOCI adds holds the statement and its values.
+    throw soci::soci_error(error.get_error_message());
+  }
+}
+
+bool Query::FetchNext() {
+  if (execution_ == nullptr) {
+    return false;
+  }
+  try {
+    return execution_->Fetch();
+  } catch (const soci::soci_error& error) {
+    throw soci::soci_error(error.get_error_message());
+  }
+}
+
+int Query::RowCount() const { return execution_ == nullptr ? 0 : PQntuples(execution_->result()); }
+
+long long Query::AffectedRows() const {
+  // libpq's interface lacks the const; nothing is written.
+  return execution_ == nullptr
+             ? 0
+             : std::atoll(PQcmdTuples(const_cast<PGresult*>(execution_->result())));
+}
+
+ConditionalQuery::~ConditionalQuery() = default;
+
+void ConditionalQuery::AppendWhere(SqlText& statement) const {
+  if (!condition_.IsNull()) {
+    statement.Append(" WHERE ");
+    condition_.AppendTo(statement);
+  }
+}
+
+}  // namespace dorvdbquery

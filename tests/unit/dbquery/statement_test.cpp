@@ -1,0 +1,175 @@
+#include <dorvdl/dbquery/delete_query.h>
+#include <dorvdl/dbquery/insert_query.h>
+#include <dorvdl/dbquery/select_query.h>
+#include <dorvdl/dbquery/update_query.h>
+#include <gtest/gtest.h>
+
+#include "support/sql_matchers.h"
+#include "support/syslog_capture.h"
+
+namespace dorvdbquery {
+namespace {
+
+using test_support::LogLine;
+using test_support::Show;
+using test_support::TakeLog;
+
+constexpr char kBadName[] = "refused: a table or column name is no plain identifier";
+
+const Condition kPid = Condition::ConditionFactory<int>("pid", ">", 0);
+
+class StatementTest : public testing::Test {
+ protected:
+  const Session session_;  // without a connection
+};
+
+TEST_F(StatementTest, SelectTakesAllColumnsUnlessFieldsAreNamed) {
+  SelectQuery query(session_, "download_queue");
+  EXPECT_EQ(Show(query), "SELECT * FROM \"download_queue\"");
+  int count = 0;
+  query.SelectField<int>("COUNT(*)", count);
+  EXPECT_EQ(Show(query), "SELECT COUNT(*) FROM \"download_queue\"");
+  query.SelectColumns({"task_id", "username"});
+  EXPECT_EQ(Show(query), "SELECT COUNT(*), \"task_id\", \"username\" FROM \"download_queue\"");
+}
+
+TEST_F(StatementTest, SelectPutsItsClausesInOrder) {
+  SelectQuery query(session_, "rss_item");
+  query.Offset(20);
+  query.Limit(10);
+  query.OrderBy("date", SelectBase::kDescending);
+  query.OrderBy("id", SelectBase::kAscending);
+  query.Where(kPid);
+  EXPECT_EQ(Show(query),
+            "SELECT * FROM \"rss_item\" WHERE pid > $1 ORDER BY \"date\" DESC, \"id\" ASC "
+            "LIMIT $2 OFFSET $3 [$1=0] [$2=10] [$3=20]");
+}
+
+TEST_F(StatementTest, LimitAndOffsetAreIndependent) {
+  SelectQuery offset_alone(session_, "t");
+  offset_alone.Offset(3);
+  EXPECT_EQ(Show(offset_alone), "SELECT * FROM \"t\" OFFSET $1 [$1=3]");
+  SelectQuery limit_zero(session_, "t");
+  limit_zero.Limit(0);
+  EXPECT_EQ(Show(limit_zero), "SELECT * FROM \"t\" LIMIT $1 [$1=0]");
+}
+
+TEST_F(StatementTest, ASecondWhereReplacesTheFirst) {
+  SelectQuery query(session_, "t");
+  query.Where(kPid);
+  query.Where(Condition::In<int>("id", {7}));
+  EXPECT_EQ(Show(query), "SELECT * FROM \"t\" WHERE \"id\" = ANY($1) [$1={7}]");
+  query.Where(Condition::Null());
+  EXPECT_EQ(Show(query), "SELECT * FROM \"t\"");
+}
+
+TEST_F(StatementTest, OrderByFoldsCapitalsAsSqlDoes) {
+  SelectQuery query(session_, "t");
+  query.OrderBy("FileName", SelectBase::kAscending);
+  EXPECT_EQ(Show(query), "SELECT * FROM \"t\" ORDER BY \"filename\" ASC");
+}
+
+TEST_F(StatementTest, OrderByRefusesAnythingButAPlainIdentifier) {
+  for (const std::string& column :
+       {std::string(), std::string("id; DROP TABLE t"), std::string("id\"x"), std::string("1id"),
+        std::string("pg_sleep(1)"), std::string("naïve"), std::string("id\0", 3),
+        std::string(64, 'a'), std::string(1 << 20, 'a')}) {
+    SelectQuery query(session_, "t");
+    query.OrderBy(column, SelectBase::kAscending);
+    EXPECT_EQ(Show(query), kBadName) << column.substr(0, 80);
+  }
+  SelectQuery longest(session_, "t");
+  longest.OrderBy(std::string(63, 'a'), SelectBase::kAscending);
+  EXPECT_EQ(Show(longest), "SELECT * FROM \"t\" ORDER BY \"" + std::string(63, 'a') + "\" ASC");
+}
+
+TEST_F(StatementTest, AnOrderExpressionGoesOutAsWritten) {
+  SelectQuery query(session_, "t");
+  query.OrderBy(OrderExpression("a::float/b"), SelectBase::kDescending);
+  EXPECT_EQ(Show(query), "SELECT * FROM \"t\" ORDER BY a::float/b DESC");
+}
+
+TEST_F(StatementTest, InsertNamesExactlyItsColumns) {
+  InsertQuery query(session_, "t");
+  int id = 0;
+  query.SetInsertAll({"username", "pid"});
+  query.Values({ToParameter("O'Neil"), Parameter()});
+  query.Returning("id", id);
+  EXPECT_EQ(Show(query),
+            "INSERT INTO \"t\" (\"username\", \"pid\") VALUES ($1, $2) RETURNING \"id\" "
+            "[$1=O'Neil] [$2=NULL]");
+}
+
+TEST_F(StatementTest, InsertWithoutColumnsInsertsDefaults) {
+  InsertQuery query(session_, "t");
+  EXPECT_EQ(Show(query), "INSERT INTO \"t\" DEFAULT VALUES");
+}
+
+TEST_F(StatementTest, InsertRefusesColumnsWithoutValues) {
+  InsertQuery query(session_, "t");
+  query.SetInsertAll({"username", "pid"});
+  query.Values({ToParameter(1)});
+  EXPECT_EQ(Show(query), "refused: an insert's columns and values differ in number");
+}
+
+TEST_F(StatementTest, UpdateAssignsInTheOrderOfTheCalls) {
+  UpdateQuery query(session_, "t");
+  query.SetFactory<int>("status", 1);
+  query.SetFactory<long long>("total_size", 1LL << 40);
+  query.SetFactory<std::string>("filename", "");
+  query.Where(kPid);
+  EXPECT_EQ(
+      Show(query),
+      "UPDATE \"t\" SET \"status\" = $1, \"total_size\" = $2, \"filename\" = $3 WHERE pid > $4 "
+      "[$1=1] [$2=1099511627776] [$3=] [$4=0]");
+}
+
+TEST_F(StatementTest, AnUpdateWithNothingToSetHasNoStatement) {
+  UpdateQuery query(session_, "t");
+  query.Where(kPid);
+  EXPECT_EQ(Show(query), "");
+  TakeLog();
+  EXPECT_FALSE(query.Execute());
+  EXPECT_EQ(TakeLog(), std::vector<LogLine>{});
+}
+
+TEST_F(StatementTest, DeleteTakesItsCondition) {
+  DeleteQuery query(session_, "t");
+  EXPECT_EQ(Show(query), "DELETE FROM \"t\"");
+  query.Where(kPid);
+  EXPECT_EQ(Show(query), "DELETE FROM \"t\" WHERE pid > $1 [$1=0]");
+}
+
+TEST_F(StatementTest, TableAndColumnNamesAreChecked) {
+  EXPECT_EQ(Show(SelectQuery(session_, "t t2")), kBadName);
+  EXPECT_EQ(Show(DeleteQuery(session_, "t;")), kBadName);
+  InsertQuery insert(session_, "t");
+  insert.SetInsertAll({"a) VALUES (1"});
+  insert.Values({ToParameter(1)});
+  EXPECT_EQ(Show(insert), kBadName);
+  UpdateQuery update(session_, "t");
+  update.SetFactory<int>("a=1,b", 1);
+  EXPECT_EQ(Show(update), kBadName);
+}
+
+TEST_F(StatementTest, WithoutAConnectionExecutionFailsAndIsLogged) {
+  TakeLog();
+  EXPECT_FALSE(SelectQuery(session_, "t").Execute());
+  EXPECT_EQ(TakeLog(),
+            (std::vector<LogLine>{{3, "dbquery/query",
+                                   "Failed to execute statement: the session has no connection"}}));
+}
+
+TEST_F(StatementTest, ARefusedStatementIsLoggedWithoutItsText) {
+  SelectQuery query(session_, "t");
+  query.OrderBy("secret'text", SelectBase::kAscending);
+  TakeLog();
+  EXPECT_FALSE(query.Execute());
+  EXPECT_EQ(TakeLog(),
+            (std::vector<LogLine>{{3, "dbquery/query",
+                                   "Failed to execute statement: a table or column name is no "
+                                   "plain identifier"}}));
+}
+
+}  // namespace
+}  // namespace dorvdbquery
