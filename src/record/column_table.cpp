@@ -1,0 +1,109 @@
+#include "record/column_table.h"
+
+namespace dorvdl::record {
+namespace {
+
+// How a field's value is handed to SOCI and to the query builder.
+int SqlValue(std::int32_t value) { return value; }
+long long SqlValue(std::int64_t value) { return value; }
+const std::string& SqlValue(const std::string& value) { return value; }
+
+// Reads the column's value as the type that SqlValue() gives it.
+template <typename T>
+T ReadValue(const soci::values& values, const Column& column, const T& null_value) {
+  return column.null_text() ? values.get<T>(column.name(), null_value)
+                            : values.get<T>(column.name());
+}
+
+// Calls @p visit(column, value) for every column that is present in the message, in order.
+template <typename Visitor>
+void ForEachPresent(const std::vector<Column>& columns, const MessageLite& message,
+                    Visitor&& visit) {
+  for (const Column& column : columns) {
+    if (column.IsPresent(message)) {
+      std::visit([&](const auto& field) { visit(column, SqlValue(field.get(message))); },
+                 column.field());
+    }
+  }
+}
+
+}  // namespace
+
+void Column::StoreText(MessageLite& message, const char* data, std::size_t size) const {
+  const TextField& field = std::get<TextField>(field_);
+  if (conversion_ == nullptr) {
+    field.set(message, data, size);
+    return;
+  }
+  const std::string converted = conversion_(std::string(data, size));
+  field.set(message, converted.data(), converted.size());
+}
+
+ColumnTable::ColumnTable(std::vector<Column> columns) : columns_(std::move(columns)) {
+  for (const Column& column : columns_) {
+    if (column.is_key()) {
+      key_ = std::get<IntField>(column.field());
+    }
+  }
+}
+
+std::vector<std::string> ColumnTable::Names() const {
+  std::vector<std::string> names;
+  names.reserve(columns_.size());
+  for (const Column& column : columns_) {
+    names.push_back(column.name());
+  }
+  return names;
+}
+
+std::vector<std::string> ColumnTable::PresentNames(const MessageLite& message) const {
+  std::vector<std::string> names;
+  for (const Column& column : columns_) {
+    if (column.IsPresent(message)) {
+      names.push_back(column.name());
+    }
+  }
+  return names;
+}
+
+std::vector<dorvdbquery::Parameter> ColumnTable::PresentValues(const MessageLite& message) const {
+  std::vector<dorvdbquery::Parameter> values;
+  ForEachPresent(columns_, message, [&](const Column&, const auto& value) {
+    values.push_back(dorvdbquery::ToParameter(value));
+  });
+  return values;
+}
+
+void ColumnTable::BindUpdate(const MessageLite& message, dorvdbquery::UpdateQuery& query) const {
+  ForEachPresent(columns_, message, [&](const Column& column, const auto& value) {
+    if (!column.is_key()) {
+      query.SetFactory(column.name(), value);
+    }
+  });
+}
+
+void ColumnTable::FromValues(const soci::values& values, MessageLite& message) const {
+  for (const Column& column : columns_) {
+    if (const auto* const integer = std::get_if<IntField>(&column.field())) {
+      integer->set(message, ReadValue<int>(values, column, 0));
+    } else if (const auto* const bigint = std::get_if<BigintField>(&column.field())) {
+      bigint->set(message, ReadValue<long long>(values, column, 0));
+    } else {
+      const std::string text =
+          ReadValue<std::string>(values, column, column.null_text().value_or(""));
+      column.StoreText(message, text.data(), text.size());
+    }
+  }
+}
+
+void ColumnTable::ToValues(const MessageLite& message, soci::values& values) const {
+  ForEachPresent(columns_, message, [&](const Column& column, const auto& value) {
+    values.set(column.name(), value);
+  });
+}
+
+int ColumnTable::key(const MessageLite& message) const { return key_.get(message); }
+
+void ColumnTable::set_key(MessageLite& message, int key) const { key_.set(message, key); }
+
+}  // namespace dorvdl::record

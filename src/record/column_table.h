@@ -1,0 +1,137 @@
+// The one statement of a record's columns, and all that follows from it.
+#ifndef RECORD_COLUMN_TABLE_H_
+#define RECORD_COLUMN_TABLE_H_
+
+#include <dorvdl/dbquery/parameter.h>
+#include <dorvdl/dbquery/update_query.h>
+#include <google/protobuf/message_lite.h>
+#include <soci/soci.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace dorvdl::record {
+
+using google::protobuf::MessageLite;
+
+// The generated accessors of one message field, behind a cast to the message's own type.
+template <typename Value, typename... SetArguments>
+struct Accessors {
+  Value (*get)(const MessageLite&);
+  void (*set)(MessageLite&, SetArguments...);
+};
+using IntField = Accessors<std::int32_t, std::int32_t>;
+using BigintField = Accessors<std::int64_t, std::int64_t>;
+using TextField = Accessors<const std::string&, const char*, std::size_t>;
+using Field = std::variant<IntField, BigintField, TextField>;
+
+// The kind of field whose generated getter returns T.
+template <typename T>
+using FieldOf =
+    std::conditional_t<std::is_same_v<T, std::int32_t>, IntField,
+                       std::conditional_t<std::is_same_v<T, std::int64_t>, BigintField, TextField>>;
+
+// One column: its name, its message field, and how its values are read. Made by DORVDL_COLUMN and
+// refined by the functions that return a changed copy.
+class Column {
+ public:
+  using TextConversion = std::string (*)(const std::string&);
+
+  Column(const char* name, bool (*has)(const MessageLite&), const Field& field)
+      : name_(name), has_(has), field_(field) {}
+
+  // The record's key: what primary_key() reports. It is never in an update's SET list.
+  Column Key() const { return With(&Column::is_key_, true); }
+
+  // A NULL reads as 0, or as @p text; without this it is an error.
+  Column NullAs(const char* text = "") const {
+    return With(&Column::null_text_, std::optional<std::string>(text));
+  }
+
+  // Every text read from a row, also the one that stands for NULL, goes through @p conversion.
+  Column ReadThrough(TextConversion conversion) const {
+    return With(&Column::conversion_, conversion);
+  }
+
+  const std::string& name() const { return name_; }
+  bool is_key() const { return is_key_; }
+  const Field& field() const { return field_; }
+  bool IsPresent(const MessageLite& message) const { return has_(message); }
+
+  // The text that a NULL is read as; none where a NULL is an error.
+  const std::optional<std::string>& null_text() const { return null_text_; }
+
+  // Stores a text that was read from a row.
+  void StoreText(MessageLite& message, const char* data, std::size_t size) const;
+
+ private:
+  template <typename T>
+  Column With(T Column::*member, T value) const {
+    Column copy = *this;
+    copy.*member = std::move(value);
+    return copy;
+  }
+
+  std::string name_;
+  bool (*has_)(const MessageLite&);
+  Field field_;
+  bool is_key_ = false;
+  std::optional<std::string> null_text_;
+  TextConversion conversion_ = nullptr;
+};
+
+// The column of the field @p field_name of the message type that is called Message where this
+// stands. The type of the column is the field's.
+#define DORVDL_COLUMN(field_name)                                                       \
+  ::dorvdl::record::Column(                                                             \
+      #field_name,                                                                      \
+      [](const ::google::protobuf::MessageLite& message) {                              \
+        return static_cast<const Message&>(message).has_##field_name();                 \
+      },                                                                                \
+      ::dorvdl::record::FieldOf<decltype(std::declval<const Message&>().field_name())>{ \
+          [](const ::google::protobuf::MessageLite& message) -> decltype(auto) {        \
+            return static_cast<const Message&>(message).field_name();                   \
+          },                                                                            \
+          [](::google::protobuf::MessageLite& message, auto... value) {                 \
+            static_cast<Message&>(message).set_##field_name(value...);                  \
+          }})
+
+// A record's columns in their order, and the record operations that follow from them. The messages
+// passed must be of the type that the table was made for.
+class ColumnTable {
+ public:
+  explicit ColumnTable(std::vector<Column> columns);
+  ColumnTable(const ColumnTable&) = delete;
+  ColumnTable& operator=(const ColumnTable&) = delete;
+
+  const std::vector<Column>& columns() const { return columns_; }
+  std::vector<std::string> Names() const;
+
+  std::vector<std::string> PresentNames(const MessageLite& message) const;
+  std::vector<dorvdbquery::Parameter> PresentValues(const MessageLite& message) const;
+
+  // Assigns every present column but the key.
+  void BindUpdate(const MessageLite& message, dorvdbquery::UpdateQuery& query) const;
+
+  // Reads all columns; throws what SOCI throws, with the columns before the failing one stored.
+  void FromValues(const soci::values& values, MessageLite& message) const;
+
+  // Sets every present column.
+  void ToValues(const MessageLite& message, soci::values& values) const;
+
+  int key(const MessageLite& message) const;
+  void set_key(MessageLite& message, int key) const;
+
+ private:
+  std::vector<Column> columns_;
+  IntField key_{};
+};
+
+}  // namespace dorvdl::record
+
+#endif  // RECORD_COLUMN_TABLE_H_

@@ -1,0 +1,80 @@
+#include "record/row_decoder.h"
+
+#include <charconv>
+#include <typeinfo>
+
+#include "dbquery/result_row.h"
+
+namespace dorvdl::record {
+namespace {
+
+using dorvdbquery::ResultRow;
+using dorvdbquery::ValueKind;
+
+struct ReadableKind {
+  ValueKind operator()(const IntField&) const { return ValueKind::kInt; }
+  ValueKind operator()(const BigintField&) const { return ValueKind::kBigint; }
+  ValueKind operator()(const TextField&) const { return ValueKind::kText; }
+};
+
+// The failures are worded as SOCI words them: callers cannot tell which way a row was read.
+[[noreturn]] void ThrowMissing(const Column& column) {
+  throw soci::soci_error("Column '" + column.name() + "' not found");
+}
+[[noreturn]] void ThrowNull() { throw soci::soci_error("Null value not allowed for this type"); }
+
+template <typename T>
+T ParseNumber(std::string_view text) {
+  if (text == "t" || text == "f") {  // a boolean column
+    return text == "t" ? 1 : 0;
+  }
+  T number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) {
+    throw soci::soci_error("Cannot convert data.");
+  }
+  return number;
+}
+
+}  // namespace
+
+void RowDecoder::Describe(const ResultRow& row) {
+  sources_.clear();
+  sources_.reserve(table_.columns().size());
+  for (const Column& column : table_.columns()) {
+    const int position = row.Find(column.name(), static_cast<int>(sources_.size()));
+    sources_.push_back({position, position >= 0 && row.Kind(position) ==
+                                                       std::visit(ReadableKind(), column.field())});
+  }
+}
+
+void RowDecoder::Read(const ResultRow& row) {
+  const Source* source = sources_.data();
+  for (const Column& column : table_.columns()) {
+    ReadColumn(column, *source++, row);
+  }
+}
+
+void RowDecoder::ReadColumn(const Column& column, const Source& source, const ResultRow& row) {
+  if (source.position < 0) {
+    ThrowMissing(column);
+  }
+  const bool is_null = row.IsNull(source.position);
+  const bool null_is_default = is_null && column.null_text().has_value();
+  if (!source.type_is_readable && !null_is_default) {
+    throw std::bad_cast();
+  }
+  if (is_null && !null_is_default) {
+    ThrowNull();
+  }
+  if (const auto* const integer = std::get_if<IntField>(&column.field())) {
+    integer->set(message_, is_null ? 0 : ParseNumber<std::int32_t>(row.Text(source.position)));
+  } else if (const auto* const bigint = std::get_if<BigintField>(&column.field())) {
+    bigint->set(message_, is_null ? 0 : ParseNumber<std::int64_t>(row.Text(source.position)));
+  } else {
+    const std::string_view text = is_null ? *column.null_text() : row.Text(source.position);
+    column.StoreText(message_, text.data(), text.size());
+  }
+}
+
+}  // namespace dorvdl::record
