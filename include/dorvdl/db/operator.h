@@ -1,0 +1,236 @@
+/// @file
+/// Create, read, update, delete, count and list over one table, for any record type.
+#ifndef DORVDL_DB_OPERATOR_H_
+#define DORVDL_DB_OPERATOR_H_
+
+#include <dorvdl/control/option/common.h>
+#include <dorvdl/db/session.h>
+#include <dorvdl/dbquery/condition.h>
+#include <dorvdl/dbquery/delete_query.h>
+#include <dorvdl/dbquery/insert_query.h>
+#include <dorvdl/dbquery/select_query.h>
+#include <dorvdl/dbquery/update_query.h>
+#include <dorvdl/record/message_record.h>
+#include <dorvdl/util/export.h>
+#include <dorvdl/util/log.h>
+#include <dorvdl/util/privilege.h>
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace dorvdl::db {
+
+/// The generic operations on the table of one record type. A table class derives from it and names
+/// the table and its key column.
+///
+/// @tparam Record  a class derived from `record::RecordBase`, default-made and copyable.
+///
+/// Every operation is one statement in one round trip. An extra condition restricts the rows that
+/// an operation reaches; `dorvdbquery::Condition::Null()` restricts nothing. Database errors come
+/// back as the results named below, after a log line of the query builder; what cannot be read into
+/// a record is thrown (`soci::soci_error`, `std::bad_cast`) and leaves the session usable.
+///
+/// An operator is a short-lived value; it must not outlive the session it was made with.
+template <typename Record>
+class DORVDL_EXPORT DBOperator {
+ public:
+  using Condition = dorvdbquery::Condition;
+
+  explicit DBOperator(DBSession& session) : session_(session) {}
+  virtual ~DBOperator() = default;
+
+  /// The table's name, a plain identifier.
+  virtual const char* GetTableName() = 0;
+  /// The name of the table's integer key column, a plain identifier.
+  virtual const char* GetPrimaryKeyName() = 0;
+
+  dorvdbquery::Session& GetSession() { return session_.session(); }
+
+  /// The number of rows that meet @p condition; -1 on failure (logged).
+  int Count(Condition condition);
+
+  /// Inserts the present fields of @p record and, on success, writes the row's key into it.
+  bool Create(Record& record);
+
+  /// Deletes the rows whose key is among @p ids and that meet @p condition. Reaching none is a
+  /// success.
+  bool Delete(const std::vector<int>& ids, Condition condition);
+
+  /// Deletes every row whose key is @p key or less: keys only grow, so these are the rows created
+  /// up to that one.
+  bool DeleteEarlierThan(int key);
+
+  /// The row with this key that meets @p condition; a default record (not valid) when there is none
+  /// or the query failed.
+  Record Get(int key, Condition condition);
+
+  /// The rows that meet @p condition, paged and ordered by @p option. Empty on failure (logged).
+  std::vector<Record> List(const control::option::common::ListOption& option, Condition condition);
+
+  /// Writes the present fields of @p record to the row with its key that meets @p condition.
+  /// Reaching no row is a success; a record with nothing but its key is false.
+  bool Update(const Record& record, Condition condition);
+
+  /// Stores the regular file at @p path as a large object and returns its id; 0 on failure
+  /// (logged). The file is opened with the process's effective ids switched to root, for it may be
+  /// readable by root only: no other thread may switch ids meanwhile.
+  unsigned LoImport(const std::string& path);
+
+  /// Writes the large object @p oid to @p path, with the caller's own ids: unlike the import, which
+  /// reads what only root may read, this must not write where the caller could not.
+  bool LoExport(int oid, const std::string& path);
+
+ protected:
+  /// Update() that tells how many rows it reached; -1 on failure.
+  long long UpdateRows(const Record& record, Condition condition);
+
+  /// Binds the rows of @p query to @p record, which must outlive the query's use.
+  static void IntoRecord(dorvdbquery::SelectQuery& query, Record& record);
+
+  /// The rest of an executed query's rows, each a record of its own. @p record is what the rows
+  /// were bound to.
+  static std::vector<Record> FetchAll(dorvdbquery::SelectQuery& query, Record& record);
+
+ private:
+  Condition KeyIs(int key) {
+    return Condition::ConditionFactory<int>(GetPrimaryKeyName(), "=", key);
+  }
+
+  DBSession& session_;
+};
+
+template <typename Record>
+int DBOperator<Record>::Count(Condition condition) {
+  int count = -1;
+  dorvdbquery::SelectQuery query(GetSession(), GetTableName());
+  query.SelectField<int>("COUNT(*)", count);
+  query.Where(condition);
+  if (!query.Execute()) {
+    DORVDL_LOG(LOG_ERR, "Failed to execute Count operation");
+    return -1;
+  }
+  return count;
+}
+
+template <typename Record>
+bool DBOperator<Record>::Create(Record& record) {
+  int key = 0;
+  dorvdbquery::InsertQuery query(GetSession(), GetTableName());
+  query.SetInsertAll(record.GetInsertFields());
+  if constexpr (record::kIsMessageRecord<Record>) {
+    query.Values(record.InsertValues());
+  } else {
+    query.Use(std::as_const(record));
+  }
+  query.Returning(GetPrimaryKeyName(), key);
+  const bool created = query.Execute();
+  if (created) {
+    record.set_primary_key(key);
+  }
+  return created;
+}
+
+template <typename Record>
+bool DBOperator<Record>::Delete(const std::vector<int>& ids, Condition condition) {
+  dorvdbquery::DeleteQuery query(GetSession(), GetTableName());
+  query.Where(Condition::In<int>(GetPrimaryKeyName(), ids) && condition);
+  return query.Execute();
+}
+
+template <typename Record>
+bool DBOperator<Record>::DeleteEarlierThan(int key) {
+  dorvdbquery::DeleteQuery query(GetSession(), GetTableName());
+  query.Where(Condition::ConditionFactory<int>(GetPrimaryKeyName(), "<=", key));
+  return query.Execute();
+}
+
+template <typename Record>
+Record DBOperator<Record>::Get(int key, Condition condition) {
+  Record record;
+  dorvdbquery::SelectQuery query(GetSession(), GetTableName());
+  query.Where(KeyIs(key) && condition);
+  IntoRecord(query, record);
+  query.Execute();  // a failure leaves the record as invalid as a missing row does
+  return record;
+}
+
+template <typename Record>
+std::vector<Record> DBOperator<Record>::List(const control::option::common::ListOption& option,
+                                             Condition condition) {
+  using dorvdbquery::SelectBase;
+  Record record;
+  dorvdbquery::SelectQuery query(GetSession(), GetTableName());
+  IntoRecord(query, record);
+  if (option.limit) {
+    query.Limit(*option.limit);
+  }
+  if (option.offset) {
+    query.Offset(*option.offset);
+  }
+  if (option.sort_by) {
+    query.OrderBy(*option.sort_by, option.ascending.value_or(true) ? SelectBase::kAscending
+                                                                   : SelectBase::kDescending);
+  }
+  query.Where(condition);
+  if (!query.ExecuteWithoutPreFetch()) {
+    DORVDL_LOG(LOG_ERR, "Failed to execute list operation");
+    return {};
+  }
+  return FetchAll(query, record);
+}
+
+template <typename Record>
+bool DBOperator<Record>::Update(const Record& record, Condition condition) {
+  return UpdateRows(record, condition) >= 0;
+}
+
+template <typename Record>
+unsigned DBOperator<Record>::LoImport(const std::string& path) {
+  IF_RUN_AS(0, 0) { return GetSession().ClientSideLOImport(path); }
+  else {
+    DORVDL_LOG(LOG_ERR, "Failed to set privilege");
+    return 0;
+  }
+}
+
+template <typename Record>
+bool DBOperator<Record>::LoExport(int oid, const std::string& path) {
+  return GetSession().ClientSideLOExport(static_cast<unsigned long long>(oid), path);
+}
+
+template <typename Record>
+long long DBOperator<Record>::UpdateRows(const Record& record, Condition condition) {
+  dorvdbquery::UpdateQuery query(GetSession(), GetTableName());
+  query.Where(KeyIs(record.primary_key()) && condition);
+  record.BindUpdateField(query);
+  return query.Execute() ? query.AffectedRows() : -1;
+}
+
+template <typename Record>
+void DBOperator<Record>::IntoRecord(dorvdbquery::SelectQuery& query, Record& record) {
+  if constexpr (record::kIsMessageRecord<Record>) {
+    query.IntoRow(record.RowTarget());
+  } else {
+    query.Into(record);
+  }
+}
+
+template <typename Record>
+std::vector<Record> DBOperator<Record>::FetchAll(dorvdbquery::SelectQuery& query, Record& record) {
+  std::vector<Record> records;
+  records.reserve(static_cast<std::size_t>(query.RowCount()));
+  while (query.Fetch()) {
+    if constexpr (record::kIsMessageRecord<Record>) {
+      records.push_back(std::move(record));  // the next row sets every field anew
+    } else {
+      records.push_back(record);
+    }
+  }
+  return records;
+}
+
+}  // namespace dorvdl::db
+
+#endif  // DORVDL_DB_OPERATOR_H_

@@ -1,0 +1,36 @@
+/// @file
+/// The library's one kind of database connection.
+#ifndef DORVDL_DB_SESSION_H_
+#define DORVDL_DB_SESSION_H_
+
+#include <dorvdl/dbquery/session.h>
+#include <dorvdl/util/export.h>
+
+#include <memory>
+
+namespace dorvdl::db {
+
+/// A connection to the database "download" under the role "Tarnwick". Shared by the controller and
+/// whoever else keeps a pointer to it; belongs to one thread at a time.
+class DORVDL_EXPORT DBSession {
+ public:
+  /// Opens the connection with the process's effective ids briefly switched to root; both steps are
+  /// logged. When the switch fails the connection is tried with the ids as they are. Whether the
+  /// connection is usable is not tested.
+  ///
+  /// Changes process-wide state for its duration: no other thread may switch ids meanwhile.
+  ///
+  /// @throws soci::soci_error when the connection cannot be opened; the ids are restored before.
+  DBSession();
+  ~DBSession();
+
+  /// The query builder's session. Lives as long as this object.
+  dorvdbquery::Session& session() { return *session_; }
+
+ private:
+  std::shared_ptr<dorvdbquery::Session> session_;
+};
+
+}  // namespace dorvdl::db
+
+#endif  // DORVDL_DB_SESSION_H_

@@ -1,0 +1,159 @@
+#include <dorvdl/db/download_queue.h>
+#include <dorvdl/dbquery/transaction.h>
+#include <dorvdl/util/to_lower.h>
+#include <dorvdl/util/wrapper.h>
+
+#include <boost/algorithm/string/predicate.hpp>
+#include <locale>
+#include <utility>
+
+namespace dorvdl::db {
+namespace {
+
+using dorvdbquery::Condition;
+using dorvdbquery::OrderExpression;
+using dorvdbquery::SelectQuery;
+using ListOption = control::option::task::ListOption;
+
+// Percent of the data that has arrived.
+constexpr OrderExpression kProgress(
+    "CASE WHEN total_size = 0 THEN 0 ELSE ((current_size::float/total_size::float)*100) END");
+
+// Seconds until all data has arrived; unknown for a task that is not downloading, whose size is
+// unknown, or that hardly moves (less than 512 bytes per second).
+constexpr OrderExpression kTimeLeft(
+    "CASE WHEN (total_size = 0 or (current_rate < 512 and status = 2) or status != 2) THEN NULL "
+    "ELSE ((total_size::float-current_size::float)/current_rate::float) END");
+
+void ApplyOrder(const ListOption& option, SelectQuery& query) {
+  const bool ascending = option.common.ascending.value_or(true);
+  const SelectQuery::Order order = ascending ? SelectQuery::kAscending : SelectQuery::kDescending;
+  const auto is = [&option](const char* name) {
+    return boost::iequals(*option.common.sort_by, name, std::locale::classic());
+  };
+  if (!option.common.sort_by) {
+    query.OrderBy("task_id", SelectQuery::kAscending);
+  } else if (is("progress")) {
+    query.OrderBy(kProgress, order);
+    query.OrderBy("task_id", SelectQuery::kAscending);
+  } else if (is("timeleft")) {
+    query.OrderBy(kTimeLeft, order);
+    query.OrderBy("status", order);
+  } else {
+    query.OrderBy(*option.common.sort_by, order);
+  }
+}
+
+}  // namespace
+
+template class DBOperator<record::Task>;
+
+DownloadQueue::DownloadQueue(DBSession& session, const std::string& user)
+    : DBOperator(session), user_(user) {}
+
+const char* DownloadQueue::GetTableName() { return "download_queue"; }
+
+const char* DownloadQueue::GetPrimaryKeyName() { return "task_id"; }
+
+Condition DownloadQueue::GetUserCondition() const {
+  if (user_.empty()) {
+    return Condition::Null();
+  }
+  return Condition::ConditionFactory<std::string>(util::Wrapper::Lower("username"), "=",
+                                                  util::ToLower(user_));
+}
+
+Condition DownloadQueue::GetCondition(const ListOption& option) const {
+  Condition condition = GetUserCondition();
+  if (option.filename) {
+    condition = condition && Condition::HasSubstring("filename", *option.filename);
+  }
+  if (option.waiting_until_time) {
+    condition = condition && Condition::ConditionFactory<int>("waiting_until_time", ">",
+                                                              *option.waiting_until_time);
+  }
+  if (option.task_flags) {
+    const std::string bits = "(task_flags&" + std::to_string(*option.task_flags) + ")";
+    const char* const op = option.exclude_task_flags.value_or(false) ? "=" : "!=";
+    condition = condition && Condition::ConditionFactory<int>(bits, op, 0);
+  }
+  if (option.status && !option.status->empty()) {
+    const Condition listed = Condition::In<int>("status", *option.status);
+    condition = condition && (option.exclude_status.value_or(false) ? !listed : listed);
+  }
+  return condition;
+}
+
+std::vector<record::Task> DownloadQueue::List(const ListOption& option) {
+  record::Task task;
+  SelectQuery query(GetSession(), GetTableName());
+  query.SelectColumns(record::Task::GetSelectFields());
+  IntoRecord(query, task);
+  if (option.common.limit) {
+    query.Limit(*option.common.limit);
+  }
+  if (option.common.offset) {
+    query.Offset(*option.common.offset);
+  }
+  ApplyOrder(option, query);
+  query.Where(GetCondition(option));
+  if (!query.ExecuteWithoutPreFetch()) {
+    DORVDL_LOG(LOG_ERR, "Failed to execute list operation");
+    return {};
+  }
+  return FetchAll(query, task);
+}
+
+int DownloadQueue::Count(const ListOption& option) {
+  return DBOperator::Count(GetCondition(option));
+}
+
+record::Task DownloadQueue::Get(int task_id) {
+  return DBOperator::Get(task_id, GetUserCondition());
+}
+
+bool DownloadQueue::Update(const record::Task& task) {
+  return DBOperator::Update(task, GetUserCondition());
+}
+
+bool DownloadQueue::Delete(const std::vector<int>& task_ids) {
+  return DBOperator::Delete(task_ids, GetUserCondition());
+}
+
+bool DownloadQueue::Create(record::Task& task, const std::string& source_path) {
+  dorvdbquery::DefaultTransaction transaction(GetSession());
+  record::Task created = task;
+  if (!source_path.empty()) {
+    const unsigned oid = DBOperator::LoImport(source_path);
+    if (oid == 0) {
+      return false;
+    }
+    created.mutable_proto().set_file_oid(static_cast<int>(oid));  // bit for bit
+  }
+  if (!DBOperator::Create(created) || !transaction.Commit()) {
+    return false;
+  }
+  task = std::move(created);
+  return true;
+}
+
+bool DownloadQueue::LoImport(int task_id, const std::string& path) {
+  dorvdbquery::DefaultTransaction transaction(GetSession());
+  const unsigned oid = DBOperator::LoImport(path);
+  if (oid == 0) {
+    return false;
+  }
+  record::Task task;
+  task.mutable_proto().set_task_id(task_id);
+  task.mutable_proto().set_file_oid(static_cast<int>(oid));
+  // An update that reaches no row succeeds elsewhere; here it would leave a file that no task has.
+  return UpdateRows(task, GetUserCondition()) > 0 && transaction.Commit();
+}
+
+bool DownloadQueue::LoExport(int task_id, const std::string& path) {
+  const record::Task task = Get(task_id);
+  return task.IsValid() && task.proto().file_oid() != 0 &&
+         DBOperator::LoExport(task.proto().file_oid(), path);
+}
+
+}  // namespace dorvdl::db
