@@ -31,7 +31,8 @@ class ParameterElement : public soci::details::use_type_base {
     }
   }
 
-  std::string get_name() const override { return {}; }
+  // For an element without a name SOCI would look among the names it found in the text.
+  std::string get_name() const override { return "values"; }
   void dump_value(std::ostream&) const override {}
   void pre_exec(int) override {}
   void pre_use() override {}
