@@ -1,11 +1,12 @@
-// Does not include <unistd.h> or <cstdio>: with fortification their inline definitions of the calls
-// would get in the way.
+// Does not include <unistd.h>: with fortification its inline definition of readlink() would get in
+// the way.
 #include "support/file_calls.h"
 
 #include <dlfcn.h>
 
 #include <cerrno>
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -56,10 +57,9 @@ FileCalls::~FileCalls() { current = nullptr; }
 
 }  // namespace test_support
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are the C library's.
 extern "C" {
 #define EXPORTED __attribute__((visibility("default")))
-
-int vsnprintf(char* to, std::size_t size, const char* format, va_list arguments);
 
 EXPORTED ssize_t readlink(const char* path, char* to, std::size_t size) {
   return test_support::ReadLink(path, to, size);
@@ -109,3 +109,4 @@ EXPORTED int __snprintf_chk(char* to, std::size_t size, int, std::size_t, const 
   return length;
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)

@@ -7,19 +7,18 @@
 
 #include "unit/file/file_test.h"
 
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
-#endif
-
 namespace {
 thread_local int allocations = 0;
 }
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are the C library's and the sanitizer's.
 #ifdef __SANITIZE_ADDRESS__
-static void CountAllocation(const volatile void*, std::size_t) { ++allocations; }
-static void IgnoreRelease(const volatile void*) {}
-static const int installed =
-    __sanitizer_install_malloc_and_free_hooks(CountAllocation, IgnoreRelease);
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*on_malloc)(const volatile void*,
+                                                                           std::size_t),
+                                                         void (*on_free)(const volatile void*));
+
+static const int installed = __sanitizer_install_malloc_and_free_hooks(
+    [](const volatile void*, std::size_t) { ++allocations; }, [](const volatile void*) {});
 #else
 extern "C" {
 #define EXPORTED __attribute__((visibility("default")))
@@ -42,6 +41,7 @@ EXPORTED void* realloc(void* block, std::size_t size) {
 }
 }
 #endif
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace test_support {
 namespace {
