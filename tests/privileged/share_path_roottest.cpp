@@ -61,6 +61,12 @@ TEST_F(SharePathTest, GivesTheRealPath) {
   EXPECT_EQ(GetRealPathFromSharePath("media", "alice"), kMediaFolder);
 }
 
+TEST_F(SharePathTest, AShareMayBeTheWholeMachine) {
+  fs::create_directory_symlink("/", kLinks + std::string("all"));
+  EXPECT_EQ(GetRealPathFromSharePath("all/var/volume1", "alice"), "/var/volume1");
+  EXPECT_EQ(GetRealPathFromSharePath("all", "alice"), "/");
+}
+
 TEST_F(SharePathTest, UnknownNamesHaveNoPath) {
   EXPECT_EQ(GetRealPathFromSharePath("music", "alice"), "");
   EXPECT_EQ(GetRealPathFromSharePath("media/none", "alice"), "");

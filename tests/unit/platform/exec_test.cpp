@@ -83,10 +83,23 @@ TEST(ExeclTest, TakesAnyNumberOfArgumentsAndAnyOptionWord) {
 }
 
 TEST(ExeclTest, TheStandardStreamsAreDevNull) {
-  EXPECT_EQ(
+  int ends[2] = {};
+  ASSERT_EQ(pipe(ends), 0);
+  int before[3] = {};
+  for (const int stream : {0, 1, 2}) {
+    before[stream] = dup(stream);
+    dup2(ends[stream == 0 ? 0 : 1], stream);
+  }
+  const int result =
       VLIBCExecl("/bin/sh", 187, "-c",
-                 "for n in 0 1 2; do test /proc/$$/fd/$n -ef /dev/null || exit 1; done", nullptr),
-      0);
+                 "for n in 0 1 2; do test /proc/$$/fd/$n -ef /dev/null || exit 1; done", nullptr);
+  for (const int stream : {0, 1, 2}) {
+    dup2(before[stream], stream);
+    close(before[stream]);
+  }
+  close(ends[0]);
+  close(ends[1]);
+  EXPECT_EQ(result, 0);
 }
 
 }  // namespace
