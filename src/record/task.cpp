@@ -126,8 +126,9 @@ bool Task::IsActiveTorrent() const {
 }
 
 std::string Task::GetSourceFilePath() const {
-  char directory[4096];
-  if (GetTmpDownloadDir(directory, sizeof(directory)) == -1) {
+  constexpr int kDirectorySize = 4096;
+  char directory[kDirectorySize + 1] = {};  // the byte beyond ends a target that fills the buffer
+  if (GetTmpDownloadDir(directory, kDirectorySize) == -1) {
     DORVDL_LOG(LOG_ERR, "GetTmpDownloadDir failed");
     return "";
   }

@@ -133,6 +133,10 @@ TEST(TaskTest, ExtraDataIsStoredAsCompactText) {
   EXPECT_EQ(task.proto().extra_data(), "{\"a\":1,\"b\":\"ü\"}");
   task.set_extra_data(Json::Value("say \"x\""));
   EXPECT_EQ(task.proto().extra_data(), "\"say \\\"x\\\"\"");
+  task.set_extra_data(Json::Value("ü\\\n"));
+  EXPECT_EQ(task.proto().extra_data(), "\"ü\\\\\\n\"");
+  task.set_extra_data(Json::Value(Json::Int64(1) << 40));
+  EXPECT_EQ(task.proto().extra_data(), "1099511627776");
   task.set_extra_data(Json::Value());
   EXPECT_EQ(task.proto().extra_data(), "null");
 }
@@ -161,6 +165,8 @@ TEST(TaskTest, ExtraDataThatIsNoJsonIsLoggedAndGivesWhatTheParserLeft) {
   EXPECT_EQ(TakeLog(), logged);
   EXPECT_EQ(WithExtraData("\"[1,]\"").extra_data()[0], 1);
   EXPECT_EQ(TakeLog(), logged) << "a trailing comma is no JSON";
+  WithExtraData("\"\xef\xbb\xbf{}\"").extra_data();
+  EXPECT_EQ(TakeLog(), logged) << "a byte order mark";
   WithExtraData("\"" + std::string(5000, '[') + "\"").extra_data();
   EXPECT_EQ(TakeLog(), logged) << "nested too deeply";
 }
