@@ -49,14 +49,14 @@ class DORVDL_EXPORT DBOperator {
   dorvdbquery::Session& GetSession() { return session_.session(); }
 
   /// The number of rows that meet @p condition; -1 on failure (logged).
-  int Count(Condition condition);
+  int Count(const Condition& condition);
 
   /// Inserts the present fields of @p record and, on success, writes the row's key into it.
   bool Create(Record& record);
 
   /// Deletes the rows whose key is among @p ids and that meet @p condition. Reaching none is a
   /// success.
-  bool Delete(const std::vector<int>& ids, Condition condition);
+  bool Delete(const std::vector<int>& ids, const Condition& condition);
 
   /// Deletes every row whose key is @p key or less: keys only grow, so these are the rows created
   /// up to that one.
@@ -64,14 +64,15 @@ class DORVDL_EXPORT DBOperator {
 
   /// The row with this key that meets @p condition; a default record (not valid) when there is none
   /// or the query failed.
-  Record Get(int key, Condition condition);
+  Record Get(int key, const Condition& condition);
 
   /// The rows that meet @p condition, paged and ordered by @p option. Empty on failure (logged).
-  std::vector<Record> List(const control::option::common::ListOption& option, Condition condition);
+  std::vector<Record> List(const control::option::common::ListOption& option,
+                           const Condition& condition);
 
   /// Writes the present fields of @p record to the row with its key that meets @p condition.
   /// Reaching no row is a success; a record with nothing but its key is false.
-  bool Update(const Record& record, Condition condition);
+  bool Update(const Record& record, const Condition& condition);
 
   /// Stores the regular file at @p path as a large object and returns its id; 0 on failure
   /// (logged). The file is opened with the process's effective ids switched to root, for it may be
@@ -84,7 +85,7 @@ class DORVDL_EXPORT DBOperator {
 
  protected:
   /// Update() that tells how many rows it reached; -1 on failure.
-  long long UpdateRows(const Record& record, Condition condition);
+  long long UpdateRows(const Record& record, const Condition& condition);
 
   /// Binds the rows of @p query to @p record, which must outlive the query's use.
   static void IntoRecord(dorvdbquery::SelectQuery& query, Record& record);
@@ -102,7 +103,7 @@ class DORVDL_EXPORT DBOperator {
 };
 
 template <typename Record>
-int DBOperator<Record>::Count(Condition condition) {
+int DBOperator<Record>::Count(const Condition& condition) {
   int count = -1;
   dorvdbquery::SelectQuery query(GetSession(), GetTableName());
   query.SelectField<int>("COUNT(*)", count);
@@ -133,7 +134,7 @@ bool DBOperator<Record>::Create(Record& record) {
 }
 
 template <typename Record>
-bool DBOperator<Record>::Delete(const std::vector<int>& ids, Condition condition) {
+bool DBOperator<Record>::Delete(const std::vector<int>& ids, const Condition& condition) {
   dorvdbquery::DeleteQuery query(GetSession(), GetTableName());
   query.Where(Condition::In<int>(GetPrimaryKeyName(), ids) && condition);
   return query.Execute();
@@ -147,7 +148,7 @@ bool DBOperator<Record>::DeleteEarlierThan(int key) {
 }
 
 template <typename Record>
-Record DBOperator<Record>::Get(int key, Condition condition) {
+Record DBOperator<Record>::Get(int key, const Condition& condition) {
   Record record;
   dorvdbquery::SelectQuery query(GetSession(), GetTableName());
   query.Where(KeyIs(key) && condition);
@@ -158,7 +159,7 @@ Record DBOperator<Record>::Get(int key, Condition condition) {
 
 template <typename Record>
 std::vector<Record> DBOperator<Record>::List(const control::option::common::ListOption& option,
-                                             Condition condition) {
+                                             const Condition& condition) {
   using dorvdbquery::SelectBase;
   Record record;
   dorvdbquery::SelectQuery query(GetSession(), GetTableName());
@@ -182,7 +183,7 @@ std::vector<Record> DBOperator<Record>::List(const control::option::common::List
 }
 
 template <typename Record>
-bool DBOperator<Record>::Update(const Record& record, Condition condition) {
+bool DBOperator<Record>::Update(const Record& record, const Condition& condition) {
   return UpdateRows(record, condition) >= 0;
 }
 
@@ -201,7 +202,7 @@ bool DBOperator<Record>::LoExport(int oid, const std::string& path) {
 }
 
 template <typename Record>
-long long DBOperator<Record>::UpdateRows(const Record& record, Condition condition) {
+long long DBOperator<Record>::UpdateRows(const Record& record, const Condition& condition) {
   dorvdbquery::UpdateQuery query(GetSession(), GetTableName());
   query.Where(KeyIs(record.primary_key()) && condition);
   record.BindUpdateField(query);
@@ -223,7 +224,7 @@ std::vector<Record> DBOperator<Record>::FetchAll(dorvdbquery::SelectQuery& query
   records.reserve(static_cast<std::size_t>(query.RowCount()));
   while (query.Fetch()) {
     if constexpr (record::kIsMessageRecord<Record>) {
-      records.push_back(std::move(record));  // the next row sets every field anew
+      records.push_back(std::exchange(record, Record()));  // a move, where a copy is not needed
     } else {
       records.push_back(record);
     }
