@@ -13,7 +13,7 @@ namespace dorvdbquery {
 namespace {
 
 // Large objects move in pieces of this many bytes; libpq's own 8 KiB cost a round trip each.
-constexpr std::size_t kPiece = 256 * 1024;
+constexpr std::size_t kPiece = 256UL * 1024;
 
 // Large objects can be used inside a transaction only: this one, unless one is open already.
 class OwnTransaction {
