@@ -1,6 +1,6 @@
 # For the tests that are scripts, which source this: a script has functions test_NAME and ends with
 # run_test "$@". Each runs as a process of its own, told the function's name; it passes when the
-# function returns.
+# function returns. It is called in a folder of its own, `scratch`, which every user can reach.
 # shellcheck shell=bash
 set -euo pipefail
 
@@ -42,6 +42,7 @@ run_test() {
   scratch=$(mktemp -d)
   chmod 755 "$scratch"
   trap 'rm -rf "$scratch"' EXIT
+  cd "$scratch"
   [[ $(type -t "$1") == function ]] || fail "no such test: $1"
   "$1"
 }

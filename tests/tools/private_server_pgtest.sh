@@ -22,12 +22,13 @@ traces() {
   grep -lzF -f <(echo "$1") /proc/[0-9]*/environ 2>/dev/null || true
 }
 
+# gone FOLDER KEEPER: neither the folder is left, nor the keeper, nor anything else of the server.
 gone() {
-  [[ ! -e $1 && ! $(traces "$1") ]]
+  [[ ! -e $1 && ! -e /proc/$2 && ! $(traces "$1") ]]
 }
 
 # run_in_background WRAPPER...: `private-server run` of a command that stays, behind the wrapper
-# given; sets `starter` to the pid of the first process and `folder` to the server's.
+# given; sets `starter` to the pid of the first process, `folder` and `keeper` to the server's.
 run_in_background() {
   "$@" "$private_server" run -- bash -c \
     'echo "$DORVDL_PRIVATE_SERVER" >'"$scratch"'/new && mv '"$scratch"'/new '"$scratch"'/folder
@@ -35,6 +36,7 @@ run_in_background() {
   starter=$!
   eventually test -e "$scratch/folder"
   folder=$(cat "$scratch/folder")
+  keeper=$(cat "$folder/keeper")
   [[ $(traces "$folder") ]] || fail "no trace of a running server"
 }
 
@@ -82,10 +84,11 @@ test_many_at_once_do_not_clash() {
 test_run_ends_with_the_commands_status_and_leaves_nothing() {
   mkdir "$scratch/tmp"
   expect_status 7 env TMPDIR="$scratch/tmp" "$private_server" run -- bash -c \
-    'sleep 1000 & echo "$DORVDL_PRIVATE_SERVER"; exit 7' </dev/null
+    'sleep 1000 & echo "$DORVDL_PRIVATE_SERVER" "$(cat "$DORVDL_PRIVATE_SERVER/keeper")"; exit 7'
   expect_contains "$output" "$scratch/tmp/"
-  gone "$output" || fail "left: $(traces "$output")"
+  read -r folder keeper <<<"$output"
   expect_equal "$(ls "$scratch/tmp")" ''
+  eventually gone "$folder" "$keeper"
 }
 
 test_the_callers_settings_do_not_disturb() {
@@ -99,13 +102,30 @@ test_the_callers_settings_do_not_disturb() {
 test_vanishes_when_run_is_killed() {
   run_in_background
   kill -KILL "$starter"
-  eventually gone "$folder"
+  eventually gone "$folder" "$keeper"
 }
 
 test_vanishes_when_the_parent_of_run_is_killed() {
   run_in_background bash -c '"$@"; exit' parent
   kill -KILL "$starter"
-  eventually gone "$folder"
+  eventually gone "$folder" "$keeper"
+}
+
+descendants() {
+  local child children
+  read -ra children <"/proc/$1/task/$1/children" || true
+  for child in "${children[@]}"; do
+    echo "$child"
+    descendants "$child"
+  done
+}
+
+# As ctest does when a test's time is up.
+test_vanishes_when_run_is_killed_with_all_its_descendants() {
+  run_in_background
+  # shellcheck disable=SC2046
+  kill -KILL "$starter" $(descendants "$starter")
+  eventually gone "$folder" "$keeper"
 }
 
 test_vanishes_when_killed_while_it_is_set_up() {
@@ -121,15 +141,17 @@ test_vanishes_when_killed_while_it_is_set_up() {
 test_vanishes_when_the_owner_of_a_started_one_is_killed() {
   sleep 1000 &
   eval "$("$private_server" start --owner $!)"
+  keeper=$(cat "$DORVDL_PRIVATE_SERVER/keeper")
   kill -KILL $!
-  eventually gone "$DORVDL_PRIVATE_SERVER"
+  eventually gone "$DORVDL_PRIVATE_SERVER" "$keeper"
 }
 
 test_a_started_one_serves_until_it_is_stopped() {
   start
   expect_equal "$(query 'SELECT 1')" 1
+  keeper=$(cat "$DORVDL_PRIVATE_SERVER/keeper")
   "$private_server" stop "$DORVDL_PRIVATE_SERVER"
-  eventually gone "$DORVDL_PRIVATE_SERVER"
+  eventually gone "$DORVDL_PRIVATE_SERVER" "$keeper"
 }
 
 test_a_halted_server_comes_back_with_its_data() {
