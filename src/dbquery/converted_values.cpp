@@ -36,10 +36,11 @@ ConvertedValues::~ConvertedValues() {
 }
 
 Parameter ConvertedValues::Get(const std::string& name) const {
-  const std::string text =
-      GetAsOneOf<std::string, int, long long, unsigned long long, double, short, char>(values_,
-                                                                                       name);
-  return values_.get_indicator(name) == soci::i_null ? Parameter() : Parameter(text);
+  if (values_.get_indicator(name) == soci::i_null) {
+    return {};
+  }
+  return GetAsOneOf<std::string, int, long long, long, unsigned long long, unsigned long, unsigned,
+                    double, short, unsigned short, char>(values_, name);
 }
 
 }  // namespace dorvdbquery

@@ -11,13 +11,15 @@ InsertQuery::~InsertQuery() = default;
 
 void InsertQuery::UseConverted(
     const std::function<void(soci::values&, soci::indicator&)>& convert) {
+  values_.clear();
   if (session().handle() == nullptr) {
-    return;  // nothing can be sent, and SOCI frees converted values only with a session at hand
+    // Nothing can be sent, and SOCI frees converted values only with a session at hand.
+    values_.resize(columns_.size());
+    return;
   }
   ConvertedValues converted(*session().handle());
   soci::indicator indicator = soci::i_ok;
   convert(converted.values(), indicator);
-  values_.clear();
   for (const std::string& column : columns_) {
     values_.push_back(converted.Get(column));
   }
