@@ -30,11 +30,15 @@ Transaction::Transaction(Session& session) : state_(session.state_.get()) {
     return;
   }
   PGconn* const connection = state_->connection();
-  if (PQtransactionStatus(connection) == PQTRANS_IDLE) {
-    begun_ = Command(connection, "BEGIN", "BEGIN");
-  } else {
+  const PGTransactionStatusType status = PQtransactionStatus(connection);
+  if (state_->failed_begins > 0) {
+    // Alone it would last, whatever becomes of the one around it.
+    LogUnsentStatement("its transaction could not begin");
+  } else if (status == PQTRANS_INTRANS || status == PQTRANS_INERROR) {
     savepoint_ = "dorvdl_" + std::to_string(++state_->savepoints);
     begun_ = Command(connection, "SAVEPOINT " + savepoint_, "SAVEPOINT");
+  } else {
+    begun_ = Command(connection, "BEGIN", "BEGIN");
   }
   open_ = begun_;
   if (!begun_) {
