@@ -40,6 +40,13 @@ std::string RegularTarget(const std::string& path) {
   return regular ? resolved : "";
 }
 
+// Allows the same people the same as the file in whose place it is put. Only root can give a file
+// to its owner; one that stays the caller's has nothing to do with the former one's group.
+void Succeed(int descriptor, const struct stat& predecessor) {
+  const bool same_owner = fchown(descriptor, predecessor.st_uid, predecessor.st_gid) == 0;
+  fchmod(descriptor, predecessor.st_mode & (same_owner ? 0777U : 0707U));
+}
+
 }  // namespace
 
 LocalFile LocalFile::OpenRegular(const std::string& path) {
@@ -102,27 +109,32 @@ ReplacedFile::ReplacedFile(const std::string& target) : LocalFile(target, -1) {
     return;
   }
   // The time keeps a file that a killed process has left behind from blocking its successor.
-  path_ = target_ + ".part" + std::to_string(getpid()) + "-" +
-          std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
-  descriptor_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
-  temporary_ = IsOpen();
+  temporary_ = target_.substr(0, target_.rfind('/') + 1) + ".dorvdl-" + std::to_string(getpid()) +
+               "-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
+  struct stat predecessor {};
+  const bool has_predecessor = stat(target_.c_str(), &predecessor) == 0;
+  descriptor_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                     has_predecessor ? 0600 : 0666);
   if (!IsOpen()) {
     LogFailure("create");
+    temporary_.clear();
+  } else if (has_predecessor) {
+    Succeed(descriptor_, predecessor);
   }
 }
 
 ReplacedFile::~ReplacedFile() {
-  if (temporary_) {
-    unlink(path_.c_str());
+  if (!temporary_.empty()) {
+    unlink(temporary_.c_str());
   }
 }
 
 bool ReplacedFile::Replace() {
-  if (fsync(descriptor_) != 0 || std::rename(path_.c_str(), target_.c_str()) != 0) {
+  if (fsync(descriptor_) != 0 || std::rename(temporary_.c_str(), target_.c_str()) != 0) {
     LogFailure("complete");
     return false;
   }
-  temporary_ = false;
+  temporary_.clear();
   return true;
 }
 

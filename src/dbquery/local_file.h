@@ -37,8 +37,9 @@ class LocalFile {
   int descriptor_;
 };
 
-// A file that takes another's place once it is complete: it is written beside the target under a
-// name of its own and renamed at the end. Destroyed before that it leaves nothing behind.
+// A file that takes another's place, owner and permissions once it is complete: it is written
+// beside the target under a name of its own and renamed at the end. Destroyed before that it leaves
+// nothing behind.
 class ReplacedFile : public LocalFile {
  public:
   // Not open when @p target exists and is no regular file, or when its folder cannot be written.
@@ -52,7 +53,7 @@ class ReplacedFile : public LocalFile {
 
  private:
   std::string target_;
-  bool temporary_ = false;
+  std::string temporary_;  // where the file is until it is complete; empty when there is none
 };
 
 }  // namespace dorvdbquery
