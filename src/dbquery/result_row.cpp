@@ -20,6 +20,7 @@ enum TypeId : Oid {
   kXml = 142,
   kBpchar = 1042,
   kVarchar = 1043,
+  kNumeric = 1700,
   kCstring = 2275,
   kUuid = 2950,
 };
@@ -61,8 +62,11 @@ ValueKind ResultRow::Kind(int column) const {
     case kCstring:
     case kUuid:
       return ValueKind::kText;
-    default:
+    case kNumeric:
       return ValueKind::kOther;
+    default:
+      // Of the other types those of varying length (jsonb, arrays ...) count as text.
+      return PQfsize(result_, column) == -1 ? ValueKind::kText : ValueKind::kOther;
   }
 }
 
