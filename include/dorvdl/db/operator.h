@@ -226,7 +226,7 @@ std::vector<Record> DBOperator<Record>::FetchAll(dorvdbquery::SelectQuery& query
     if constexpr (record::kIsMessageRecord<Record>) {
       records.push_back(std::exchange(record, Record()));  // a move, where a copy is not needed
     } else {
-      records.push_back(record);
+      records.push_back(std::exchange(record, Record()));  // conditional reads may leave fields
     }
   }
   return records;
