@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
@@ -37,7 +37,9 @@ class TemporaryFolder {
 
   std::string Read(const std::string& name) const {
     std::ifstream file(Path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
   }
 
   bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
