@@ -1,0 +1,162 @@
+#include "raw_tasks.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <initializer_list>
+#include <iostream>
+#include <memory>
+#include <utility>
+
+namespace bench {
+namespace {
+
+using Task = RawTasks::Task;
+using Result = std::unique_ptr<PGresult, decltype(&PQclear)>;
+
+Result Checked(PGconn* connection, PGresult* answer) {
+  const ExecStatusType status = PQresultStatus(answer);
+  if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK) {
+    std::cerr << PQerrorMessage(connection);
+    std::exit(1);
+  }
+  return {answer, &PQclear};
+}
+
+Result Execute(PGconn* connection, const char* statement,
+               std::initializer_list<const char*> values) {
+  return Checked(connection, PQexecParams(connection, statement, static_cast<int>(values.size()),
+                                          nullptr, values.begin(), nullptr, nullptr, 0));
+}
+
+// One row of an answer, read from its first column to its last.
+class Row {
+ public:
+  Row(const PGresult* result, int row) : result_(result), row_(row) {}
+
+  int Int() { return Number<int>(); }
+  long long Bigint() { return Number<long long>(); }
+
+  // Assigns the text of the next column, which is empty for NULL.
+  void To(std::string* field) {
+    field->assign(PQgetvalue(result_, row_, column_),
+                  static_cast<std::size_t>(PQgetlength(result_, row_, column_)));
+    ++column_;
+  }
+
+ private:
+  // A NULL is an empty text, which leaves the number at 0.
+  template <typename T>
+  T Number() {
+    T number = 0;
+    const char* const text = PQgetvalue(result_, row_, column_);
+    std::from_chars(text, text + PQgetlength(result_, row_, column_), number);
+    ++column_;
+    return number;
+  }
+
+  const PGresult* result_;
+  const int row_;
+  int column_ = 0;
+};
+
+void Decode(Row row, Task& task) {
+  task.set_task_id(row.Int());
+  row.To(task.mutable_username());
+  task.set_pid(row.Int());
+  row.To(task.mutable_url());
+  row.To(task.mutable_filename());
+  task.set_status(row.Int());
+  task.set_created_time(row.Int());
+  task.set_started_time(row.Int());
+  task.set_total_size(row.Bigint());
+  task.set_current_size(row.Bigint());
+  task.set_current_rate(row.Int());
+  task.set_total_peers(row.Int());
+  task.set_connected_peers(row.Int());
+  task.set_total_pieces(row.Int());
+  task.set_downloaded_pieces(row.Int());
+  task.set_available_pieces(row.Int());
+  task.set_upload_rate(row.Int());
+  task.set_total_upload(row.Bigint());
+  task.set_seeding_ratio(row.Int());
+  task.set_seeding_interval(row.Int());
+  task.set_seeding_elapsed(row.Int());
+  task.set_task_flags(row.Int());
+  task.set_seeders(row.Int());
+  task.set_leechers(row.Int());
+  row.To(task.mutable_destination());
+  row.To(task.mutable_unzip_password());
+  task.set_unzip_progress(row.Int());
+  row.To(task.mutable_given_filename());
+  row.To(task.mutable_referer());
+  row.To(task.mutable_cookie_path());
+  task.set_thumbnail_status(row.Int());
+  row.To(task.mutable_extra_data());
+  task.set_completed_time(row.Int());
+  task.set_waiting_until_time(row.Int());
+  task.set_file_oid(row.Int());
+}
+
+}  // namespace
+
+RawTasks::RawTasks(PGconn* connection, std::string user)
+    : connection_(connection), user_(std::move(user)) {}
+
+std::vector<Task> RawTasks::List() {
+  const Result result = Execute(
+      connection_,
+      R"(SELECT "task_id", "username", "pid", "url", "filename", "status", "created_time", )"
+      R"("started_time", "total_size", "current_size", "current_rate", "total_peers", )"
+      R"("connected_peers", "total_pieces", "downloaded_pieces", "available_pieces", )"
+      R"("upload_rate", "total_upload", "seeding_ratio", "seeding_interval", "seeding_elapsed", )"
+      R"("task_flags", "seeders", "leechers", "destination", "unzip_password", )"
+      R"("unzip_progress", "given_filename", "referer", "cookie_path", "thumbnail_status", )"
+      R"("extra_data", "completed_time", "waiting_until_time", "file_oid" )"
+      R"(FROM "download_queue" WHERE lower(username) = $1 ORDER BY "task_id" ASC)",
+      {user_.c_str()});
+  std::vector<Task> tasks(static_cast<std::size_t>(PQntuples(result.get())));
+  for (std::size_t i = 0; i < tasks.size(); ++i) {
+    Decode({result.get(), static_cast<int>(i)}, tasks[i]);
+  }
+  return tasks;
+}
+
+Task RawTasks::Get(int id) {
+  const Result result = Execute(
+      connection_, R"(SELECT * FROM "download_queue" WHERE task_id = $1 AND lower(username) = $2)",
+      {std::to_string(id).c_str(), user_.c_str()});
+  Task task;
+  if (PQntuples(result.get()) > 0) {
+    Decode({result.get(), 0}, task);
+  }
+  return task;
+}
+
+void RawTasks::Update(const Task& task) {
+  Execute(connection_,
+          R"(UPDATE "download_queue" SET "current_size" = $1, "current_rate" = $2, )"
+          R"("connected_peers" = $3, "downloaded_pieces" = $4, "upload_rate" = $5, )"
+          R"("total_upload" = $6 WHERE task_id = $7 AND lower(username) = $8)",
+          {std::to_string(task.current_size()).c_str(), std::to_string(task.current_rate()).c_str(),
+           std::to_string(task.connected_peers()).c_str(),
+           std::to_string(task.downloaded_pieces()).c_str(),
+           std::to_string(task.upload_rate()).c_str(), std::to_string(task.total_upload()).c_str(),
+           std::to_string(task.task_id()).c_str(), user_.c_str()});
+}
+
+void RawTasks::Create(Task& task) {
+  Checked(connection_, PQexec(connection_, "BEGIN"));
+  const Result result = Execute(
+      connection_,
+      R"(INSERT INTO "download_queue" ("username", "url", "filename", "status", "created_time", )"
+      R"("total_size", "task_flags", "destination", "extra_data") )"
+      R"(VALUES ($1, $2, $3, $4, $5, $6, $7, $8, $9) RETURNING "task_id")",
+      {task.username().c_str(), task.url().c_str(), task.filename().c_str(),
+       std::to_string(task.status()).c_str(), std::to_string(task.created_time()).c_str(),
+       std::to_string(task.total_size()).c_str(), std::to_string(task.task_flags()).c_str(),
+       task.destination().c_str(), task.extra_data().c_str()});
+  task.set_task_id(Row(result.get(), 0).Int());
+  Checked(connection_, PQexec(connection_, "COMMIT"));
+}
+
+}  // namespace bench
