@@ -223,11 +223,9 @@ std::vector<Record> DBOperator<Record>::FetchAll(dorvdbquery::SelectQuery& query
   std::vector<Record> records;
   records.reserve(static_cast<std::size_t>(query.RowCount()));
   while (query.Fetch()) {
-    if constexpr (record::kIsMessageRecord<Record>) {
-      records.push_back(std::exchange(record, Record()));  // a move, where a copy is not needed
-    } else {
-      records.push_back(std::exchange(record, Record()));  // conditional reads may leave fields
-    }
+    // Moved where the record can be, and a new one for the next row: hooks that skip a NULL must
+    // not find the value of the row before.
+    records.push_back(std::exchange(record, Record()));
   }
   return records;
 }
