@@ -16,11 +16,23 @@ bool IsOperator(const std::string& op) {
 
 }  // namespace
 
+template <typename Append>
+Condition Condition::Of(Append append) {
+  struct AppendNode : Node {
+    explicit AppendNode(Append function) : append(std::move(function)) {}
+    void AppendTo(SqlText& statement) const override { append(statement); }
+    const Append append;
+  };
+  Condition condition;
+  condition.node_ = std::make_shared<const AppendNode>(std::move(append));
+  return condition;
+}
+
 Condition Condition::Null() { return {}; }
 
 Condition Condition::Compare(const std::string& expression, const std::string& op,
                              Parameter value) {
-  return Condition([expression, op, value = std::move(value)](SqlText& statement) {
+  return Of([expression, op, value = std::move(value)](SqlText& statement) {
     if (!IsOperator(op)) {
       statement.Refuse("a comparison has no valid operator");
       return;
@@ -30,7 +42,7 @@ Condition Condition::Compare(const std::string& expression, const std::string& o
 }
 
 Condition Condition::InList(const std::string& column, const std::string& array) {
-  return Condition([column, array](SqlText& statement) {
+  return Of([column, array](SqlText& statement) {
     if (array.empty()) {
       statement.Append("FALSE");
       return;
@@ -40,16 +52,16 @@ Condition Condition::InList(const std::string& column, const std::string& array)
 }
 
 Condition Condition::HasSubstring(const std::string& column, const std::string& text) {
-  return Condition([column, text](SqlText& statement) {
+  return Of([column, text](SqlText& statement) {
     statement.Append("strpos(").AppendIdentifier(column).Append(", ").Bind(text).Append(") > 0");
   });
 }
 
 Condition Condition::operator!() const {
   if (IsNull()) {
-    return Condition([](SqlText& statement) { statement.Append("FALSE"); });
+    return Of([](SqlText& statement) { statement.Append("FALSE"); });
   }
-  return Condition([inner = *this](SqlText& statement) {
+  return Of([inner = *this](SqlText& statement) {
     statement.Append("NOT (");
     inner.AppendTo(statement);
     statement.Append(")");
@@ -63,7 +75,7 @@ Condition Condition::operator&&(const Condition& other) const {
   if (other.IsNull()) {
     return *this;
   }
-  return Condition([left = *this, right = other](SqlText& statement) {
+  return Of([left = *this, right = other](SqlText& statement) {
     left.AppendTo(statement);
     statement.Append(" AND ");
     right.AppendTo(statement);

@@ -8,11 +8,10 @@ int SqlValue(std::int32_t value) { return value; }
 long long SqlValue(std::int64_t value) { return value; }
 const std::string& SqlValue(const std::string& value) { return value; }
 
-// Reads the column's value as the type that SqlValue() gives it.
+// Reads the column's value as the type that SqlValue() gives it; a NULL as T's default value.
 template <typename T>
-T ReadValue(const soci::values& values, const Column& column, const T& null_value) {
-  return column.null_text() ? values.get<T>(column.name(), null_value)
-                            : values.get<T>(column.name());
+T ReadValue(const soci::values& values, const Column& column) {
+  return column.IsNullable() ? values.get<T>(column.name(), T()) : values.get<T>(column.name());
 }
 
 // Calls @p visit(column, value) for every column that is present in the message, in order.
@@ -29,14 +28,18 @@ void ForEachPresent(const std::vector<Column>& columns, const MessageLite& messa
 
 }  // namespace
 
-void Column::StoreText(MessageLite& message, const char* data, std::size_t size) const {
+void Column::StoreText(MessageLite& message, std::string_view text) const {
   const TextField& field = std::get<TextField>(field_);
   if (conversion_ == nullptr) {
-    field.set(message, data, size);
+    field.set(message, text.data(), text.size());
     return;
   }
-  const std::string converted = conversion_(std::string(data, size));
+  const std::string converted = conversion_(std::string(text));
   field.set(message, converted.data(), converted.size());
+}
+
+void Column::StoreNullText(MessageLite& message) const {
+  std::get<TextField>(field_).set(message, null_text_->data(), null_text_->size());
 }
 
 ColumnTable::ColumnTable(std::vector<Column> columns) : columns_(std::move(columns)) {
@@ -85,13 +88,16 @@ void ColumnTable::BindUpdate(const MessageLite& message, dorvdbquery::UpdateQuer
 void ColumnTable::FromValues(const soci::values& values, MessageLite& message) const {
   for (const Column& column : columns_) {
     if (const auto* const integer = std::get_if<IntField>(&column.field())) {
-      integer->set(message, ReadValue<int>(values, column, 0));
+      integer->set(message, ReadValue<int>(values, column));
     } else if (const auto* const bigint = std::get_if<BigintField>(&column.field())) {
-      bigint->set(message, ReadValue<long long>(values, column, 0));
+      bigint->set(message, ReadValue<long long>(values, column));
     } else {
-      const std::string text =
-          ReadValue<std::string>(values, column, column.null_text().value_or(""));
-      column.StoreText(message, text.data(), text.size());
+      const std::string text = ReadValue<std::string>(values, column);
+      if (values.get_indicator(column.name()) == soci::i_null) {
+        column.StoreNullText(message);
+      } else {
+        column.StoreText(message, text);
+      }
     }
   }
 }

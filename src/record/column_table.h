@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -48,12 +49,12 @@ class Column {
   // The record's key: what primary_key() reports. It is never in an update's SET list.
   Column Key() const { return With(&Column::is_key_, true); }
 
-  // A NULL reads as 0, or as @p text; without this it is an error.
+  // A NULL reads as 0, or as @p text, just as it stands; without this it is an error.
   Column NullAs(const char* text = "") const {
     return With(&Column::null_text_, std::optional<std::string>(text));
   }
 
-  // Every text read from a row, also the one that stands for NULL, goes through @p conversion.
+  // A text read from a row goes through @p conversion before it is stored.
   Column ReadThrough(TextConversion conversion) const {
     return With(&Column::conversion_, conversion);
   }
@@ -63,11 +64,12 @@ class Column {
   const Field& field() const { return field_; }
   bool IsPresent(const MessageLite& message) const { return has_(message); }
 
-  // The text that a NULL is read as; none where a NULL is an error.
-  const std::optional<std::string>& null_text() const { return null_text_; }
+  // Whether a NULL is read as the column's default and not an error.
+  bool IsNullable() const { return null_text_.has_value(); }
 
-  // Stores a text that was read from a row.
-  void StoreText(MessageLite& message, const char* data, std::size_t size) const;
+  // Stores a text that was read from a row; or, in a nullable text column, what a NULL reads as.
+  void StoreText(MessageLite& message, std::string_view text) const;
+  void StoreNullText(MessageLite& message) const;
 
  private:
   template <typename T>

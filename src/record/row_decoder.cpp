@@ -60,20 +60,21 @@ void RowDecoder::ReadColumn(const Column& column, const Source& source, const Re
     ThrowMissing(column);
   }
   const bool is_null = row.IsNull(source.position);
-  const bool null_is_default = is_null && column.null_text().has_value();
-  if (!source.type_is_readable && !null_is_default) {
+  const bool is_default = is_null && column.IsNullable();
+  if (!source.type_is_readable && !is_default) {
     throw std::bad_cast();
   }
-  if (is_null && !null_is_default) {
+  if (is_null && !is_default) {
     ThrowNull();
   }
   if (const auto* const integer = std::get_if<IntField>(&column.field())) {
     integer->set(message_, is_null ? 0 : ParseNumber<std::int32_t>(row.Text(source.position)));
   } else if (const auto* const bigint = std::get_if<BigintField>(&column.field())) {
     bigint->set(message_, is_null ? 0 : ParseNumber<std::int64_t>(row.Text(source.position)));
+  } else if (is_null) {
+    column.StoreNullText(message_);
   } else {
-    const std::string_view text = is_null ? *column.null_text() : row.Text(source.position);
-    column.StoreText(message_, text.data(), text.size());
+    column.StoreText(message_, row.Text(source.position));
   }
 }
 

@@ -83,7 +83,7 @@ const ColumnTable& Task::Columns() {
       DORVDL_COLUMN(referer).NullAs(),
       DORVDL_COLUMN(cookie_path).NullAs(),
       DORVDL_COLUMN(thumbnail_status).NullAs(),
-      DORVDL_COLUMN(extra_data).NullAs("null").ReadThrough(&QuoteAsJson),
+      DORVDL_COLUMN(extra_data).NullAs("\"null\"").ReadThrough(&QuoteAsJson),
       DORVDL_COLUMN(completed_time).NullAs(),
       DORVDL_COLUMN(waiting_until_time).NullAs(),
       DORVDL_COLUMN(file_oid).NullAs(),

@@ -27,10 +27,11 @@ Json::CharReaderBuilder MakeReaderBuilder() {
 }  // namespace
 
 std::string JsonToText(const Json::Value& value) {
-  // Reading a list of tasks comes through here once per row; making a writer costs more than the
-  // writing. A writer is not for several threads at once.
+  // Reading a list of tasks comes through here once per row, and making a writer and a stream costs
+  // more than the writing. Neither is for several threads at once.
   thread_local const std::unique_ptr<Json::StreamWriter> writer = MakeWriter();
-  std::ostringstream text;
+  thread_local std::ostringstream text;
+  text.str({});
   writer->write(value, &text);
   return text.str();
 }

@@ -6,7 +6,6 @@
 #include <dorvdl/dbquery/sql_text.h>
 #include <dorvdl/util/export.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -53,21 +52,27 @@ class DORVDL_EXPORT Condition {
   Condition operator&&(const Condition& other) const;
 
   /// True for Null() only.
-  bool IsNull() const { return render_ == nullptr; }
+  bool IsNull() const { return node_ == nullptr; }
 
   /// Appends the condition to a statement. Must not be called on Null().
-  void AppendTo(SqlText& statement) const { (*render_)(statement); }
+  void AppendTo(SqlText& statement) const { node_->AppendTo(statement); }
 
  private:
-  using Render = std::function<void(SqlText&)>;
+  struct Node {
+    virtual ~Node() = default;
+    virtual void AppendTo(SqlText& statement) const = 0;
+  };
 
   Condition() = default;
-  explicit Condition(Render render) : render_(std::make_shared<const Render>(std::move(render))) {}
+
+  // The condition that @p append, called with a statement, appends to it.
+  template <typename Append>
+  static Condition Of(Append append);
 
   static Condition Compare(const std::string& expression, const std::string& op, Parameter value);
   static Condition InList(const std::string& column, const std::string& array);
 
-  std::shared_ptr<const Render> render_;
+  std::shared_ptr<const Node> node_;
 };
 
 }  // namespace dorvdbquery

@@ -6,6 +6,7 @@
 #include <dorvdl/dbquery/parameter.h>
 #include <dorvdl/util/export.h>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,8 @@ namespace dorvdbquery {
 /// remembered as the refusal; a refused statement never reaches the server.
 class DORVDL_EXPORT SqlText {
  public:
+  SqlText() { text_.reserve(kUsualSize); }
+
   /// Appends text that code has written. Never pass text from a request.
   SqlText& Append(std::string_view text);
 
@@ -44,6 +47,8 @@ class DORVDL_EXPORT SqlText {
   const std::string& refusal() const { return refusal_; }
 
  private:
+  static constexpr std::size_t kUsualSize = 512;  // bytes; most statements fit
+
   std::string text_;
   std::vector<Parameter> parameters_;
   std::string refusal_;
