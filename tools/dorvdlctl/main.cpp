@@ -1,0 +1,102 @@
+// dorvdlctl: the data of the download service at the command line. Each group of commands adds
+// itself to the application; a command is a callback that throws when it fails (outcome.h).
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "argument.h"
+#include "global_options.h"
+#include "outcome.h"
+#include "rendering/text.h"
+#include "task/commands.h"
+
+namespace dorvdl::ctl {
+namespace {
+
+// Help that tells what holds for every command, in full where no command is named.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_footer(const CLI::App* app) const override {
+    if (app->get_parent() == nullptr) {
+      return "Each command explains itself: dorvdlctl task list --help\n"
+             "\n"
+             "The server is found through libpq's environment (PGHOST, PGPORT, PGSERVICE ...); the "
+             "role\n"
+             "is Tarnwick, the database download. Data goes to the standard output, messages to "
+             "the\n"
+             "standard error, and details of a failure to the system log.\n"
+             "\n"
+             "Exit status: 0 done, 1 the operation failed, 2 wrong usage.\n";
+    }
+    return app->get_footer() + (app->get_footer().empty() ? "" : "\n\n") +
+           "Every command also takes --user NAME and --json; see dorvdlctl --help.\n";
+  }
+};
+
+// On one line and safe for a terminal, for messages quote file names and the server.
+void Complain(const std::string& message) {
+  std::cerr << "dorvdlctl: " << Printable(JoinLines(message)) << '\n';
+}
+
+ExitStatus ComplainAboutUsage(const std::string& message) {
+  Complain(message);
+  std::cerr << "Run with --help to see what a command takes.\n";
+  return kWrongUsage;
+}
+
+void AddGlobalOptions(CLI::App& app, GlobalOptions& global) {
+  app.set_version_flag("--version", "dorvdlctl " DORVDLCTL_VERSION, "Print the version and exit");
+  app.add_option("--user", global.user,
+                 "Act as the user NAME (case does not count), not as all users")
+      ->type_name("NAME")
+      ->check([](const std::string& name) {
+        // To the library no name means every user, which a forgotten variable must not.
+        return name.empty() ? "must not be empty" : "";
+      })
+      ->check(Utf8Text());
+  app.add_flag("--json", global.json, "Print data as JSON");
+}
+
+ExitStatus Run(int argc, char** argv) {
+  GlobalOptions global;
+  CLI::App app("Looks at and changes the data of the download service.", "dorvdlctl");
+  app.set_help_flag("-h,--help", "Print this help and exit");
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.get_formatter()->column_width(26);
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.get_formatter()->label("REQUIRED", "");
+  app.group("Commands");  // the heading of the commands, in the help
+  app.fallthrough();      // global options may stand behind a command
+  app.require_subcommand(1);
+  AddGlobalOptions(app, global);
+  AddTaskCommands(app, global);
+  try {
+    app.parse(argc, argv);  // runs the command
+  } catch (const CLI::Success& request) {
+    app.exit(request);  // prints the help or the version
+  } catch (const CLI::ParseError& error) {
+    return ComplainAboutUsage(error.what());
+  } catch (const WrongUsage& error) {
+    return ComplainAboutUsage(error.what());
+  }
+  if (!std::cout.flush()) {
+    throw Failure("the output could not be written");
+  }
+  return kDone;
+}
+
+}  // namespace
+}  // namespace dorvdl::ctl
+
+int main(int argc, char** argv) {
+  using namespace dorvdl::ctl;
+  UseUtf8();
+  try {
+    return Run(argc, argv);
+  } catch (const std::exception& error) {
+    Complain(error.what());
+    return kFailed;
+  }
+}

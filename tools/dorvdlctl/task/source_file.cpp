@@ -1,0 +1,59 @@
+// The commands on the torrent or NZB file that is stored with a task.
+#include <dorvdl/control/task_control.h>
+
+#include <memory>
+
+#include "task/commands.h"
+#include "task/common.h"
+
+namespace dorvdl::ctl {
+namespace {
+
+struct Arguments {
+  std::int32_t id = 0;
+  std::string path;
+};
+
+void Import(const Arguments& arguments, const GlobalOptions& global) {
+  Work work(global);
+  GetTask(work, arguments.id, global);
+  if (!control::TaskControl(work.controller()).LoImport(arguments.id, arguments.path)) {
+    throw Failure(arguments.path + " could not be stored; details are in the system log");
+  }
+  work.Commit();
+}
+
+void Export(const Arguments& arguments, const GlobalOptions& global) {
+  Work work(global);
+  if (GetTask(work, arguments.id, global).proto().file_oid() == 0) {
+    throw Failure("no file is stored with task " + std::to_string(arguments.id));
+  }
+  if (!control::TaskControl(work.controller()).LoExport(arguments.id, arguments.path)) {
+    throw Failure(arguments.path + " could not be written; details are in the system log");
+  }
+  work.Commit();
+}
+
+void AddSourceFileCommand(CLI::App& group, const GlobalOptions& global, const char* name,
+                          const char* description, const char* path_description,
+                          void (*run)(const Arguments&, const GlobalOptions&)) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& command = *group.add_subcommand(name, description);
+  AddTaskId(command, arguments->id);
+  command.add_option("FILE", arguments->path, path_description)->type_name("")->required();
+  command.callback([arguments, run, &global] { run(*arguments, global); });
+}
+
+}  // namespace
+
+void AddTaskImport(CLI::App& group, const GlobalOptions& global) {
+  AddSourceFileCommand(group, global, "import", "Store a torrent or NZB file with a task",
+                       "The file; replaces the one that is stored", &Import);
+}
+
+void AddTaskExport(CLI::App& group, const GlobalOptions& global) {
+  AddSourceFileCommand(group, global, "export", "Write out the file that is stored with a task",
+                       "Where to; an existing file is replaced", &Export);
+}
+
+}  // namespace dorvdl::ctl
