@@ -5,6 +5,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "argument.h"
 #include "global_options.h"
@@ -76,6 +77,11 @@ ExitStatus Run(int argc, char** argv) {
     app.parse(argc, argv);  // runs the command
   } catch (const CLI::Success& request) {
     app.exit(request);  // prints the help or the version
+  } catch (const CLI::RequiredError& error) {
+    // Mostly because what was given instead has a typing mistake.
+    const std::vector<std::string> unknown = app.remaining(true);
+    return ComplainAboutUsage(unknown.empty() ? error.what()
+                                              : "not understood: " + unknown.front());
   } catch (const CLI::ParseError& error) {
     return ComplainAboutUsage(error.what());
   } catch (const WrongUsage& error) {

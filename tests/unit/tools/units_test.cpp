@@ -23,7 +23,7 @@ TEST(UnitsTest, SizesArePowersOf1024) {
 
 TEST(UnitsTest, ASizeThatWouldRoundUpTo1024TakesTheNextUnit) {
   EXPECT_EQ(Size(1024 * 1024 - 1), "1.0 MiB");
-  EXPECT_EQ(Size(1024 * 1023), "1023.0 KiB");
+  EXPECT_EQ(Size(1024LL * 1023), "1023.0 KiB");
 }
 
 TEST(UnitsTest, ARateIsASizePerSecond) {

@@ -29,6 +29,7 @@ std::string Write(const Json::Value& value, const char* indentation) {
   Json::StreamWriterBuilder builder;
   builder["indentation"] = indentation;
   builder["emitUTF8"] = true;
+  builder["enableYAMLCompatibility"] = *indentation != 0;  // "key": value
   const std::string text = Json::writeString(builder, value);
   // The writer escapes what JSON demands: not DEL, nor the control characters U+0080 to U+009F,
   // whose UTF-8 is the byte C2 and that of their number.
