@@ -25,6 +25,13 @@ constexpr OrderExpression kTimeLeft(
     "CASE WHEN (total_size = 0 or (current_rate < 512 and status = 2) or status != 2) THEN NULL "
     "ELSE ((total_size::float-current_size::float)/current_rate::float) END");
 
+// The columns of a task as a select list.
+const std::string& TaskColumns() {
+  static const std::string columns =
+      dorvdbquery::SqlText().AppendIdentifiers(record::Task::GetSelectFields()).text();
+  return columns;
+}
+
 void ApplyOrder(const ListOption& option, SelectQuery& query) {
   const bool ascending = option.common.ascending.value_or(true);
   const SelectQuery::Order order = ascending ? SelectQuery::kAscending : SelectQuery::kDescending;
@@ -87,7 +94,7 @@ Condition DownloadQueue::GetCondition(const ListOption& option) const {
 std::vector<record::Task> DownloadQueue::List(const ListOption& option) {
   record::Task task;
   SelectQuery query(GetSession(), GetTableName());
-  query.SelectColumns(record::Task::GetSelectFields());
+  query.SelectFields(TaskColumns());
   IntoRecord(query, task);
   if (option.common.limit) {
     query.Limit(*option.common.limit);

@@ -76,9 +76,7 @@ SqlText SelectQuery::Statement() const {
   for (const std::string& field : fields_) {
     statement.Append(std::exchange(separator, ", ")).Append(field);
   }
-  if (!columns_.empty()) {
-    statement.Append(separator).AppendIdentifiers(columns_);
-  } else if (fields_.empty()) {
+  if (fields_.empty()) {
     statement.Append("*");
   }
   statement.Append(" FROM ").AppendIdentifier(table());

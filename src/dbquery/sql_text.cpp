@@ -31,9 +31,10 @@ SqlText& SqlText::AppendIdentifier(std::string_view name) {
     Refuse("a table or column name is no plain identifier");
     return *this;
   }
-  text_ += '"';
-  std::transform(name.begin(), name.end(), std::back_inserter(text_), FoldAscii);
-  text_ += '"';
+  const std::size_t start = text_.append(1, '"').size();
+  text_.append(name).append(1, '"');
+  std::transform(text_.begin() + static_cast<std::ptrdiff_t>(start), text_.end(),
+                 text_.begin() + static_cast<std::ptrdiff_t>(start), FoldAscii);
   return *this;
 }
 

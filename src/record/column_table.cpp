@@ -28,18 +28,13 @@ void ForEachPresent(const std::vector<Column>& columns, const MessageLite& messa
 
 }  // namespace
 
-void Column::StoreText(MessageLite& message, std::string_view text) const {
-  const TextField& field = std::get<TextField>(field_);
-  if (conversion_ == nullptr) {
-    field.set(message, text.data(), text.size());
-    return;
-  }
-  const std::string converted = conversion_(std::string(text));
-  field.set(message, converted.data(), converted.size());
+void Column::StoreText(MessageLite& message, std::string text) const {
+  std::get<TextField>(field_).set(message,
+                                  conversion_ == nullptr ? std::move(text) : conversion_(text));
 }
 
 void Column::StoreNullText(MessageLite& message) const {
-  std::get<TextField>(field_).set(message, null_text_->data(), null_text_->size());
+  std::get<TextField>(field_).set(message, *null_text_);
 }
 
 ColumnTable::ColumnTable(std::vector<Column> columns) : columns_(std::move(columns)) {
@@ -92,11 +87,11 @@ void ColumnTable::FromValues(const soci::values& values, MessageLite& message) c
     } else if (const auto* const bigint = std::get_if<BigintField>(&column.field())) {
       bigint->set(message, ReadValue<long long>(values, column));
     } else {
-      const std::string text = ReadValue<std::string>(values, column);
+      std::string text = ReadValue<std::string>(values, column);
       if (values.get_indicator(column.name()) == soci::i_null) {
         column.StoreNullText(message);
       } else {
-        column.StoreText(message, text);
+        column.StoreText(message, std::move(text));
       }
     }
   }

@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -21,14 +20,14 @@ namespace dorvdl::record {
 using google::protobuf::MessageLite;
 
 // The generated accessors of one message field, behind a cast to the message's own type.
-template <typename Value, typename... SetArguments>
+template <typename GetResult, typename SetArgument>
 struct Accessors {
-  Value (*get)(const MessageLite&);
-  void (*set)(MessageLite&, SetArguments...);
+  GetResult (*get)(const MessageLite&);
+  void (*set)(MessageLite&, SetArgument);
 };
 using IntField = Accessors<std::int32_t, std::int32_t>;
 using BigintField = Accessors<std::int64_t, std::int64_t>;
-using TextField = Accessors<const std::string&, const char*, std::size_t>;
+using TextField = Accessors<const std::string&, std::string>;
 using Field = std::variant<IntField, BigintField, TextField>;
 
 // The kind of field whose generated getter returns T.
@@ -68,7 +67,7 @@ class Column {
   bool IsNullable() const { return null_text_.has_value(); }
 
   // Stores a text that was read from a row; or, in a nullable text column, what a NULL reads as.
-  void StoreText(MessageLite& message, std::string_view text) const;
+  void StoreText(MessageLite& message, std::string text) const;
   void StoreNullText(MessageLite& message) const;
 
  private:
@@ -99,8 +98,8 @@ class Column {
           [](const ::google::protobuf::MessageLite& message) -> decltype(auto) {        \
             return static_cast<const Message&>(message).field_name();                   \
           },                                                                            \
-          [](::google::protobuf::MessageLite& message, auto... value) {                 \
-            static_cast<Message&>(message).set_##field_name(value...);                  \
+          [](::google::protobuf::MessageLite& message, auto value) {                    \
+            static_cast<Message&>(message).set_##field_name(std::move(value));          \
           }})
 
 // A record's columns in their order, and the record operations that follow from them. The messages

@@ -74,7 +74,7 @@ void RowDecoder::ReadColumn(const Column& column, const Source& source, const Re
   } else if (is_null) {
     column.StoreNullText(message_);
   } else {
-    column.StoreText(message_, row.Text(source.position));
+    column.StoreText(message_, std::string(row.Text(source.position)));
   }
 }
 

@@ -68,8 +68,9 @@ class DORVDL_EXPORT SelectQuery : public SelectBase {
     AddTarget([&out](soci::statement& statement) { statement.exchange(soci::into(out)); });
   }
 
-  /// Selects exactly @p columns (plain identifiers), in this order.
-  void SelectColumns(std::vector<std::string> columns) { columns_ = std::move(columns); }
+  /// Adds selected columns or expressions, separated by commas, that code has written; for rows
+  /// that go into a target as a whole.
+  void SelectFields(const std::string& expressions) { fields_.push_back(expressions); }
 
   /// Binds each row to @p target through its `soci::type_conversion`.
   template <typename T>
@@ -108,7 +109,6 @@ class DORVDL_EXPORT SelectQuery : public SelectBase {
   };
 
   std::vector<std::string> fields_;
-  std::vector<std::string> columns_;
   std::vector<OrderTerm> order_;
 };
 

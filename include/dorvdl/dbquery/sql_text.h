@@ -19,7 +19,10 @@ namespace dorvdbquery {
 /// remembered as the refusal; a refused statement never reaches the server.
 class DORVDL_EXPORT SqlText {
  public:
-  SqlText() { text_.reserve(kUsualSize); }
+  SqlText() {
+    text_.reserve(kUsualSize);
+    parameters_.reserve(kUsualParameters);
+  }
 
   /// Appends text that code has written. Never pass text from a request.
   SqlText& Append(std::string_view text);
@@ -47,7 +50,9 @@ class DORVDL_EXPORT SqlText {
   const std::string& refusal() const { return refusal_; }
 
  private:
-  static constexpr std::size_t kUsualSize = 512;  // bytes; most statements fit
+  // Enough for most statements, so that they are put together without another allocation.
+  static constexpr std::size_t kUsualSize = 512;  // bytes
+  static constexpr std::size_t kUsualParameters = 8;
 
   std::string text_;
   std::vector<Parameter> parameters_;

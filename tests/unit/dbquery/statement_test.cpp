@@ -29,8 +29,8 @@ TEST_F(StatementTest, SelectTakesAllColumnsUnlessFieldsAreNamed) {
   int count = 0;
   query.SelectField<int>("COUNT(*)", count);
   EXPECT_EQ(Show(query), "SELECT COUNT(*) FROM \"download_queue\"");
-  query.SelectColumns({"task_id", "username"});
-  EXPECT_EQ(Show(query), "SELECT COUNT(*), \"task_id\", \"username\" FROM \"download_queue\"");
+  query.SelectFields("task_id, username");
+  EXPECT_EQ(Show(query), "SELECT COUNT(*), task_id, username FROM \"download_queue\"");
 }
 
 TEST_F(StatementTest, SelectPutsItsClausesInOrder) {
