@@ -22,11 +22,9 @@ class ResultRow {
 
   ValueKind Kind(int column) const;
 
-  bool IsNull(int column) const {
-    // The length comes first: only what is empty can be a NULL.
-    return PQgetlength(result_, row_, column) == 0 && PQgetisnull(result_, row_, column) != 0;
-  }
+  bool IsNull(int column) const { return PQgetisnull(result_, row_, column) != 0; }
 
+  // The value; empty for a NULL.
   std::string_view Text(int column) const {
     return {PQgetvalue(result_, row_, column),
             static_cast<std::size_t>(PQgetlength(result_, row_, column))};

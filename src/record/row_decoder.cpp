@@ -59,7 +59,8 @@ void RowDecoder::ReadColumn(const Column& column, const Source& source, const Re
   if (source.position < 0) {
     ThrowMissing(column);
   }
-  const bool is_null = row.IsNull(source.position);
+  const std::string_view text = row.Text(source.position);
+  const bool is_null = text.empty() && row.IsNull(source.position);
   const bool is_default = is_null && column.IsNullable();
   if (!source.type_is_readable && !is_default) {
     throw std::bad_cast();
@@ -68,13 +69,13 @@ void RowDecoder::ReadColumn(const Column& column, const Source& source, const Re
     ThrowNull();
   }
   if (const auto* const integer = std::get_if<IntField>(&column.field())) {
-    integer->set(message_, is_null ? 0 : ParseNumber<std::int32_t>(row.Text(source.position)));
+    integer->set(message_, is_null ? 0 : ParseNumber<std::int32_t>(text));
   } else if (const auto* const bigint = std::get_if<BigintField>(&column.field())) {
-    bigint->set(message_, is_null ? 0 : ParseNumber<std::int64_t>(row.Text(source.position)));
+    bigint->set(message_, is_null ? 0 : ParseNumber<std::int64_t>(text));
   } else if (is_null) {
     column.StoreNullText(message_);
   } else {
-    column.StoreText(message_, std::string(row.Text(source.position)));
+    column.StoreText(message_, std::string(text));
   }
 }
 
