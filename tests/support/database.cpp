@@ -85,7 +85,8 @@ void ResumeServer() { ServerCommand("resume"); }
 void TerminateOtherSessions(RawConnection& raw) {
   raw.Run(
       "SELECT pg_terminate_backend(pid, 10000) FROM pg_stat_activity "
-      "WHERE usename = current_user AND datname = current_database() AND pid <> pg_backend_pid()");
+      "WHERE datname = current_database() AND pid <> pg_backend_pid() "
+      "AND backend_type = 'client backend'");
 }
 
 }  // namespace test_support

@@ -12,10 +12,15 @@
 namespace test_support {
 namespace {
 
+std::string Variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
 sockaddr_un Address(const std::string& folder) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
-  const std::string path = folder + "/.s.PGSQL." + std::getenv("PGPORT");
+  const std::string path = folder + "/.s.PGSQL." + Variable("PGPORT");
   path.copy(address.sun_path, sizeof address.sun_path - 1);
   return address;
 }
@@ -24,7 +29,7 @@ int MakeSocket() { return socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0); }
 
 // Passes on what has arrived; false when a side has gone or the count has run out.
 bool PassOn(int from, int to, std::atomic<long long>& left) {
-  std::vector<char> bytes(64 * 1024);
+  std::vector<char> bytes(65536);
   const ssize_t size = read(from, bytes.data(), bytes.size());
   if (size <= 0 || (left -= size) <= 0) {
     return false;
@@ -42,7 +47,7 @@ bool PassOn(int from, int to, std::atomic<long long>& left) {
 
 }  // namespace
 
-ServerProxy::ServerProxy() : server_folder_(std::getenv("PGHOST")), listener_(MakeSocket()) {
+ServerProxy::ServerProxy() : server_folder_(Variable("PGHOST")), listener_(MakeSocket()) {
   const sockaddr_un address = Address(folder_.Path("."));
   if (pipe(stop_) != 0 ||
       bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||

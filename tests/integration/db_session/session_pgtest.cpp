@@ -86,7 +86,7 @@ TEST_F(DBSessionTest, ItOpensAsRootAndGivesTheIdsBack) {
   const std::string report = RunInChild([this] {
     BecomeIds({0, 1000, 2000}, {0, 1000, 2000});
     DBSession session;
-    const std::string switched = ReportSwitch(errno);
+    std::string switched = ReportSwitch(errno);
     ExpectOneCredentialsCall();
     EXPECT_EQ(ids_at_call_, "uids 0 0 2000, gids 0 0 2000");
     EXPECT_TRUE(session.session().Good());
