@@ -58,8 +58,8 @@ bool Query::Run(bool read_first_row) {
     LogUnsentStatement("its transaction could not begin");
     return false;
   }
+  execution_ = std::make_unique<Execution>(state->session, std::move(sql), targets_);
   try {
-    execution_ = std::make_unique<Execution>(state->session, std::move(sql), targets_);
     execution_->Run(read_first_row);
     return true;
   } catch (const soci::postgresql_soci_error&) {

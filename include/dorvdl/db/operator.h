@@ -189,11 +189,12 @@ bool DBOperator<Record>::Update(const Record& record, const Condition& condition
 
 template <typename Record>
 unsigned DBOperator<Record>::LoImport(const std::string& path) {
-  IF_RUN_AS(0, 0) { return GetSession().ClientSideLOImport(path); }
+  unsigned oid = 0;
+  IF_RUN_AS(0, 0) { oid = GetSession().ClientSideLOImport(path); }
   else {
     DORVDL_LOG(LOG_ERR, "Failed to set privilege");
-    return 0;
   }
+  return oid;
 }
 
 template <typename Record>
