@@ -1,5 +1,6 @@
 #include <dorvdl/db/download_queue.h>
 #include <dorvdl/dbquery/transaction.h>
+#include <dorvdl/util/log.h>
 #include <dorvdl/util/to_lower.h>
 #include <dorvdl/util/wrapper.h>
 
@@ -32,9 +33,7 @@ const std::string& TaskColumns() {
   return columns;
 }
 
-void ApplyOrder(const ListOption& option, SelectQuery& query) {
-  const bool ascending = option.common.ascending.value_or(true);
-  const SelectQuery::Order order = ascending ? SelectQuery::kAscending : SelectQuery::kDescending;
+void ApplyOrder(const ListOption& option, SelectQuery::Order order, SelectQuery& query) {
   const auto is = [&option](const char* name) {
     return boost::iequals(*option.common.sort_by, name, std::locale::classic());
   };
@@ -80,6 +79,8 @@ Condition DownloadQueue::GetCondition(const ListOption& option) const {
                                                               *option.waiting_until_time);
   }
   if (option.task_flags) {
+    // The mask is a part of the text, as the column is; being a number it can do no harm there. A
+    // negative one reads as an operator "&-", so the list fails: no flag has that bit.
     const std::string bits = "(task_flags&" + std::to_string(*option.task_flags) + ")";
     const char* const op = option.exclude_task_flags.value_or(false) ? "=" : "!=";
     condition = condition && Condition::ConditionFactory<int>(bits, op, 0);
@@ -96,13 +97,8 @@ std::vector<record::Task> DownloadQueue::List(const ListOption& option) {
   SelectQuery query(GetSession(), GetTableName());
   query.SelectFields(TaskColumns());
   IntoRecord(query, task);
-  if (option.common.limit) {
-    query.Limit(*option.common.limit);
-  }
-  if (option.common.offset) {
-    query.Offset(*option.common.offset);
-  }
-  ApplyOrder(option, query);
+  ApplyPaging(option.common, query);
+  ApplyOrder(option, Direction(option.common), query);
   query.Where(GetCondition(option));
   if (!query.ExecuteWithoutPreFetch()) {
     DORVDL_LOG(LOG_ERR, "Failed to execute list operation");

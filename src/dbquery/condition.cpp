@@ -1,6 +1,6 @@
 #include <dorvdl/dbquery/condition.h>
 
-#include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace dorvdbquery {

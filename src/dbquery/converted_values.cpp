@@ -1,5 +1,6 @@
 #include "dbquery/converted_values.h"
 
+#include <locale>
 #include <sstream>
 
 namespace dorvdbquery {

@@ -1,6 +1,6 @@
 // The column values that a record's own conversion gives.
-#ifndef DBQUERY_CONVERTED_VALUES_H_
-#define DBQUERY_CONVERTED_VALUES_H_
+#ifndef SRC_DBQUERY_CONVERTED_VALUES_H_
+#define SRC_DBQUERY_CONVERTED_VALUES_H_
 
 #include <dorvdl/dbquery/parameter.h>
 #include <soci/soci.h>
@@ -32,4 +32,4 @@ class ConvertedValues {
 
 }  // namespace dorvdbquery
 
-#endif  // DBQUERY_CONVERTED_VALUES_H_
+#endif  // SRC_DBQUERY_CONVERTED_VALUES_H_

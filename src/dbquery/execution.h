@@ -1,6 +1,6 @@
 // One run of one statement: the SOCI statement with its bindings, sent in a single round trip.
-#ifndef DBQUERY_EXECUTION_H_
-#define DBQUERY_EXECUTION_H_
+#ifndef SRC_DBQUERY_EXECUTION_H_
+#define SRC_DBQUERY_EXECUTION_H_
 
 #include <dorvdl/dbquery/sql_text.h>
 #include <libpq-fe.h>
@@ -42,4 +42,4 @@ class Execution {
 
 }  // namespace dorvdbquery
 
-#endif  // DBQUERY_EXECUTION_H_
+#endif  // SRC_DBQUERY_EXECUTION_H_

@@ -1,6 +1,6 @@
 // The log lines of statements that failed.
-#ifndef DBQUERY_FAILURE_LOG_H_
-#define DBQUERY_FAILURE_LOG_H_
+#ifndef SRC_DBQUERY_FAILURE_LOG_H_
+#define SRC_DBQUERY_FAILURE_LOG_H_
 
 #include <libpq-fe.h>
 
@@ -19,4 +19,4 @@ void LogUnsentStatement(const std::string& reason);
 
 }  // namespace dorvdbquery
 
-#endif  // DBQUERY_FAILURE_LOG_H_
+#endif  // SRC_DBQUERY_FAILURE_LOG_H_

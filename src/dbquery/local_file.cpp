@@ -8,18 +8,19 @@
 #include <chrono>
 #include <climits>
 #include <cstdio>
-#include <cstdlib>
 #include <utility>
+
+#include "util/text.h"
 
 namespace dorvdbquery {
 namespace {
 
-bool HasNul(const std::string& path) {
-  if (path.find('\0') == std::string::npos) {
-    return false;
+bool RefusedForNul(const std::string& path) {
+  if (dorvdl::util::HasNul(path)) {
+    DORVDL_LOG(LOG_ERR, "Failed to open file: the path has an embedded NUL");
+    return true;
   }
-  DORVDL_LOG(LOG_ERR, "Failed to open file: the path has an embedded NUL");
-  return true;
+  return false;
 }
 
 bool IsRegular(int descriptor) {
@@ -28,16 +29,20 @@ bool IsRegular(int descriptor) {
 }
 
 // The file that @p path names, links followed; @p path itself when nothing is there. Empty when
-// something else than a regular file is.
+// something else than a regular file is. The kernel follows the links, for it knows which of other
+// people's links must not be followed.
 std::string RegularTarget(const std::string& path) {
-  struct stat status {};
-  if (lstat(path.c_str(), &status) != 0) {
-    return path;
+  const int descriptor = open(path.c_str(), O_PATH | O_CLOEXEC);
+  if (descriptor < 0) {
+    struct stat status {};
+    return lstat(path.c_str(), &status) != 0 ? path : "";
   }
-  char resolved[PATH_MAX];
-  const bool regular = realpath(path.c_str(), resolved) != nullptr &&
-                       stat(resolved, &status) == 0 && S_ISREG(status.st_mode);
-  return regular ? resolved : "";
+  const std::string self = "/proc/self/fd/" + std::to_string(descriptor);
+  char target[PATH_MAX] = {};
+  const bool known =
+      IsRegular(descriptor) && readlink(self.c_str(), target, sizeof(target) - 1) > 0;
+  close(descriptor);
+  return known ? target : "";
 }
 
 // Allows the same people the same as the file in whose place it is put. Only root can give a file
@@ -51,7 +56,7 @@ void Succeed(int descriptor, const struct stat& predecessor) {
 
 LocalFile LocalFile::OpenRegular(const std::string& path) {
   LocalFile file(path, -1);
-  if (HasNul(path)) {
+  if (RefusedForNul(path)) {
     return file;
   }
   // O_NONBLOCK: the open of a FIFO would wait for a writer before its kind can be asked for.
@@ -100,7 +105,7 @@ void LocalFile::LogFailure(const char* what) const {
 }
 
 ReplacedFile::ReplacedFile(const std::string& target) : LocalFile(target, -1) {
-  if (HasNul(target)) {
+  if (RefusedForNul(target)) {
     return;
   }
   target_ = RegularTarget(target);

@@ -1,11 +1,12 @@
 // Files on this side of the connection.
-#ifndef DBQUERY_LOCAL_FILE_H_
-#define DBQUERY_LOCAL_FILE_H_
+#ifndef SRC_DBQUERY_LOCAL_FILE_H_
+#define SRC_DBQUERY_LOCAL_FILE_H_
 
 #include <sys/types.h>
 
 #include <cstddef>
 #include <string>
+#include <utility>
 
 namespace dorvdbquery {
 
@@ -58,4 +59,4 @@ class ReplacedFile : public LocalFile {
 
 }  // namespace dorvdbquery
 
-#endif  // DBQUERY_LOCAL_FILE_H_
+#endif  // SRC_DBQUERY_LOCAL_FILE_H_

@@ -1,7 +1,5 @@
 #include "dbquery/result_row.h"
 
-#include <dorvdl/dbquery/row_target.h>
-
 namespace dorvdbquery {
 namespace {
 
@@ -26,8 +24,6 @@ enum TypeId : Oid {
 };
 
 }  // namespace
-
-RowTarget::~RowTarget() = default;
 
 int ResultRow::Find(std::string_view name, int hint) const {
   const int columns = PQnfields(result_);

@@ -1,6 +1,6 @@
 // One row of the server's answer, as the decoders see it.
-#ifndef DBQUERY_RESULT_ROW_H_
-#define DBQUERY_RESULT_ROW_H_
+#ifndef SRC_DBQUERY_RESULT_ROW_H_
+#define SRC_DBQUERY_RESULT_ROW_H_
 
 #include <libpq-fe.h>
 
@@ -37,4 +37,4 @@ class ResultRow {
 
 }  // namespace dorvdbquery
 
-#endif  // DBQUERY_RESULT_ROW_H_
+#endif  // SRC_DBQUERY_RESULT_ROW_H_

@@ -4,13 +4,14 @@
 #include <utility>
 
 #include "dbquery/session_state.h"
+#include "util/text.h"
 
 namespace dorvdbquery {
 namespace {
 
 // A value of a libpq connection string.
 std::string Quoted(const std::string& value) {
-  if (value.find('\0') != std::string::npos) {
+  if (dorvdl::util::HasNul(value)) {
     throw soci::soci_error("A role or database name has an embedded NUL.");
   }
   std::string quoted = "'";
@@ -38,7 +39,8 @@ Session Session::PGSQL(const std::string& user, const std::string& database) {
   state->session.open(soci::postgresql,
                       "user=" + Quoted(user) + " dbname=" + Quoted(database) +
                           " application_name='libdorvdlcore' client_encoding='UTF8'");
-  // libpq would print the server's notices to the program's stderr.
+  // libpq would print the server's notices to the program's stderr. Those of the connecting itself
+  // it does print: SOCI connects and gives no way in between.
   PQsetNoticeReceiver(state->connection(), DropNotice, nullptr);
   return Session(std::move(state));
 }

@@ -1,6 +1,6 @@
 // What a session holds besides its public face; shared by the sources of this layer.
-#ifndef DBQUERY_SESSION_STATE_H_
-#define DBQUERY_SESSION_STATE_H_
+#ifndef SRC_DBQUERY_SESSION_STATE_H_
+#define SRC_DBQUERY_SESSION_STATE_H_
 
 #include <soci/postgresql/soci-postgresql.h>
 #include <soci/soci.h>
@@ -22,4 +22,4 @@ struct SessionState {
 
 }  // namespace dorvdbquery
 
-#endif  // DBQUERY_SESSION_STATE_H_
+#endif  // SRC_DBQUERY_SESSION_STATE_H_

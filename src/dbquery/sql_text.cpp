@@ -3,13 +3,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "util/text.h"
+
 namespace dorvdbquery {
 namespace {
 
+using dorvdl::util::AsciiToLower;
+
 // Longer names would be cut by the server and could then mean another column.
 constexpr std::size_t kLongestIdentifier = 63;
-
-char FoldAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool StartsIdentifier(char c) { return (c >= 'a' && c <= 'z') || c == '_'; }
 
@@ -24,9 +26,9 @@ SqlText& SqlText::Append(std::string_view text) {
 
 SqlText& SqlText::AppendIdentifier(std::string_view name) {
   const bool plain = !name.empty() && name.size() <= kLongestIdentifier &&
-                     StartsIdentifier(FoldAscii(name[0])) &&
+                     StartsIdentifier(AsciiToLower(name[0])) &&
                      std::all_of(name.begin(), name.end(),
-                                 [](char c) { return ContinuesIdentifier(FoldAscii(c)); });
+                                 [](char c) { return ContinuesIdentifier(AsciiToLower(c)); });
   if (!plain) {
     Refuse("a table or column name is no plain identifier");
     return *this;
@@ -34,7 +36,7 @@ SqlText& SqlText::AppendIdentifier(std::string_view name) {
   const std::size_t start = text_.append(1, '"').size();
   text_.append(name).append(1, '"');
   std::transform(text_.begin() + static_cast<std::ptrdiff_t>(start), text_.end(),
-                 text_.begin() + static_cast<std::ptrdiff_t>(start), FoldAscii);
+                 text_.begin() + static_cast<std::ptrdiff_t>(start), AsciiToLower);
   return *this;
 }
 
@@ -47,7 +49,7 @@ SqlText& SqlText::AppendIdentifiers(const std::vector<std::string>& names) {
 }
 
 SqlText& SqlText::Bind(Parameter value) {
-  if (value && value->find('\0') != std::string::npos) {
+  if (value && dorvdl::util::HasNul(*value)) {
     Refuse("a text value has an embedded NUL");
   }
   parameters_.push_back(std::move(value));

@@ -1,5 +1,9 @@
 #include "record/column_table.h"
 
+#include <dorvdl/util/log.h>
+
+#include <cstdlib>
+
 namespace dorvdl::record {
 namespace {
 
@@ -40,9 +44,18 @@ void Column::StoreNullText(MessageLite& message) const {
 ColumnTable::ColumnTable(std::vector<Column> columns) : columns_(std::move(columns)) {
   for (const Column& column : columns_) {
     if (column.is_key()) {
-      key_ = std::get<IntField>(column.field());
+      key_ = &column;
     }
   }
+}
+
+const IntField& ColumnTable::KeyField() const {
+  const auto* const field = key_ == nullptr ? nullptr : std::get_if<IntField>(&key_->field());
+  if (field == nullptr) {
+    DORVDL_LOG(LOG_CRIT, "A record without an integer key was asked for its key");
+    std::abort();
+  }
+  return *field;
 }
 
 std::vector<std::string> ColumnTable::Names() const {
@@ -102,9 +115,5 @@ void ColumnTable::ToValues(const MessageLite& message, soci::values& values) con
     values.set(column.name(), value);
   });
 }
-
-int ColumnTable::key(const MessageLite& message) const { return key_.get(message); }
-
-void ColumnTable::set_key(MessageLite& message, int key) const { key_.set(message, key); }
 
 }  // namespace dorvdl::record

@@ -1,6 +1,6 @@
 // The one statement of a record's columns, and all that follows from it.
-#ifndef RECORD_COLUMN_TABLE_H_
-#define RECORD_COLUMN_TABLE_H_
+#ifndef SRC_RECORD_COLUMN_TABLE_H_
+#define SRC_RECORD_COLUMN_TABLE_H_
 
 #include <dorvdl/dbquery/parameter.h>
 #include <dorvdl/dbquery/update_query.h>
@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -30,11 +29,21 @@ using BigintField = Accessors<std::int64_t, std::int64_t>;
 using TextField = Accessors<const std::string&, std::string>;
 using Field = std::variant<IntField, BigintField, TextField>;
 
-// The kind of field whose generated getter returns T.
+// The kind of field whose generated getter returns T; there is none for other types.
 template <typename T>
-using FieldOf =
-    std::conditional_t<std::is_same_v<T, std::int32_t>, IntField,
-                       std::conditional_t<std::is_same_v<T, std::int64_t>, BigintField, TextField>>;
+struct FieldFor;
+template <>
+struct FieldFor<std::int32_t> {
+  using Type = IntField;
+};
+template <>
+struct FieldFor<std::int64_t> {
+  using Type = BigintField;
+};
+template <>
+struct FieldFor<const std::string&> {
+  using Type = TextField;
+};
 
 // One column: its name, its message field, and how its values are read. Made by DORVDL_COLUMN and
 // refined by the functions that return a changed copy.
@@ -88,18 +97,18 @@ class Column {
 
 // The column of the field @p field_name of the message type that is called Message where this
 // stands. The type of the column is the field's.
-#define DORVDL_COLUMN(field_name)                                                       \
-  ::dorvdl::record::Column(                                                             \
-      #field_name,                                                                      \
-      [](const ::google::protobuf::MessageLite& message) {                              \
-        return static_cast<const Message&>(message).has_##field_name();                 \
-      },                                                                                \
-      ::dorvdl::record::FieldOf<decltype(std::declval<const Message&>().field_name())>{ \
-          [](const ::google::protobuf::MessageLite& message) -> decltype(auto) {        \
-            return static_cast<const Message&>(message).field_name();                   \
-          },                                                                            \
-          [](::google::protobuf::MessageLite& message, auto value) {                    \
-            static_cast<Message&>(message).set_##field_name(std::move(value));          \
+#define DORVDL_COLUMN(field_name)                                                              \
+  ::dorvdl::record::Column(                                                                    \
+      #field_name,                                                                             \
+      [](const ::google::protobuf::MessageLite& message) {                                     \
+        return static_cast<const Message&>(message).has_##field_name();                        \
+      },                                                                                       \
+      ::dorvdl::record::FieldFor<decltype(std::declval<const Message&>().field_name())>::Type{ \
+          [](const ::google::protobuf::MessageLite& message) -> decltype(auto) {               \
+            return static_cast<const Message&>(message).field_name();                          \
+          },                                                                                   \
+          [](::google::protobuf::MessageLite& message, auto value) {                           \
+            static_cast<Message&>(message).set_##field_name(std::move(value));                 \
           }})
 
 // A record's columns in their order, and the record operations that follow from them. The messages
@@ -125,14 +134,18 @@ class ColumnTable {
   // Sets every present column.
   void ToValues(const MessageLite& message, soci::values& values) const;
 
-  int key(const MessageLite& message) const;
-  void set_key(MessageLite& message, int key) const;
+  // The key column's value. Ends the process in a table without an integer key, for which nothing
+  // may ask.
+  int key(const MessageLite& message) const { return KeyField().get(message); }
+  void set_key(MessageLite& message, int key) const { KeyField().set(message, key); }
 
  private:
+  const IntField& KeyField() const;
+
   std::vector<Column> columns_;
-  IntField key_{};
+  const Column* key_ = nullptr;
 };
 
 }  // namespace dorvdl::record
 
-#endif  // RECORD_COLUMN_TABLE_H_
+#endif  // SRC_RECORD_COLUMN_TABLE_H_

@@ -1,7 +1,7 @@
 // The bodies of MessageRecord. A record's source includes this and instantiates them for itself:
 //   template class MessageRecord<Task, proto::Task>;
-#ifndef RECORD_MESSAGE_RECORD_IMPL_H_
-#define RECORD_MESSAGE_RECORD_IMPL_H_
+#ifndef SRC_RECORD_MESSAGE_RECORD_IMPL_H_
+#define SRC_RECORD_MESSAGE_RECORD_IMPL_H_
 
 #include <dorvdl/record/message_record.h>
 
@@ -54,4 +54,4 @@ std::shared_ptr<dorvdbquery::RowTarget> MessageRecord<Self, Message>::RowTarget(
 
 }  // namespace dorvdl::record
 
-#endif  // RECORD_MESSAGE_RECORD_IMPL_H_
+#endif  // SRC_RECORD_MESSAGE_RECORD_IMPL_H_

@@ -1,6 +1,6 @@
 // Rows of the server's answer, decoded straight into a record's message.
-#ifndef RECORD_ROW_DECODER_H_
-#define RECORD_ROW_DECODER_H_
+#ifndef SRC_RECORD_ROW_DECODER_H_
+#define SRC_RECORD_ROW_DECODER_H_
 
 #include <dorvdl/dbquery/row_target.h>
 
@@ -36,4 +36,4 @@ class RowDecoder : public dorvdbquery::RowTarget {
 
 }  // namespace dorvdl::record
 
-#endif  // RECORD_ROW_DECODER_H_
+#endif  // SRC_RECORD_ROW_DECODER_H_

@@ -8,9 +8,11 @@
 #include <algorithm>
 #include <boost/algorithm/string/erase.hpp>
 #include <cstdio>
+#include <iterator>
 
 #include "record/message_record_impl.h"
 #include "util/json.h"
+#include "util/text.h"
 
 namespace dorvdl::record {
 namespace {
@@ -43,8 +45,6 @@ constexpr Protocol kUrlPrefixes[] = {
     {task_flag::kSftp, "sftp://"},         {task_flag::kThunder, "thunder://"},
     {task_flag::kFlashget, "flashget://"}, {task_flag::kQqdl, "qqdl://"},
 };
-
-bool HasNul(const std::string& text) { return text.find('\0') != std::string::npos; }
 
 }  // namespace
 
@@ -143,7 +143,7 @@ std::string Task::GetSourceFilePath() const {
 
 std::string Task::GetDestRealPath() const {
   const std::string& destination = proto().destination();
-  const bool is_text = !HasNul(destination) && !HasNul(proto().username());
+  const bool is_text = !util::HasNul(destination) && !util::HasNul(proto().username());
   std::string path =
       is_text ? common::GetRealPathFromSharePath(destination, proto().username()) : "";
   if (path.empty()) {

@@ -1,6 +1,6 @@
 // JSON as text.
-#ifndef UTIL_JSON_H_
-#define UTIL_JSON_H_
+#ifndef SRC_UTIL_JSON_H_
+#define SRC_UTIL_JSON_H_
 
 #include <json/value.h>
 
@@ -18,4 +18,4 @@ bool JsonFromText(const std::string& text, Json::Value& value);
 
 }  // namespace dorvdl::util
 
-#endif  // UTIL_JSON_H_
+#endif  // SRC_UTIL_JSON_H_

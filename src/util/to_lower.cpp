@@ -5,6 +5,8 @@
 #include <cwchar>
 #include <cwctype>
 
+#include "util/text.h"
+
 namespace dorvdl::util {
 namespace {
 
@@ -36,9 +38,7 @@ bool IsAscii(const std::string& text) {
   return true;
 }
 
-char AsciiToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-std::string AsciiToLower(std::string text) {
+std::string LowerAscii(std::string text) {
   for (char& c : text) {
     c = AsciiToLower(c);
   }
@@ -50,7 +50,7 @@ std::string AsciiToLower(std::string text) {
 std::string ToLower(const std::string& text) {
   const locale_t locale = DatabaseLocale();
   if (IsAscii(text) || locale == nullptr) {
-    return AsciiToLower(text);
+    return LowerAscii(text);
   }
   const ThreadLocale scope(locale);
   std::string lower;

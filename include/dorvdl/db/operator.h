@@ -27,10 +27,11 @@ namespace dorvdl::db {
 ///
 /// @tparam Record  a class derived from `record::RecordBase`, default-made and copyable.
 ///
-/// Every operation is one statement in one round trip. An extra condition restricts the rows that
-/// an operation reaches; `dorvdbquery::Condition::Null()` restricts nothing. Database errors come
-/// back as the results named below, after a log line of the query builder; what cannot be read into
-/// a record is thrown (`soci::soci_error`, `std::bad_cast`) and leaves the session usable.
+/// Every operation on rows is one statement in one round trip. An extra condition restricts the
+/// rows that an operation reaches; `dorvdbquery::Condition::Null()` restricts nothing. Database
+/// errors come back as the results named below, after a log line of the query builder; what cannot
+/// be read into a record is thrown (`soci::soci_error`, `std::bad_cast`) and leaves the session
+/// usable.
 ///
 /// An operator is a short-lived value; it must not outlive the session it was made with.
 template <typename Record>
@@ -67,6 +68,8 @@ class DORVDL_EXPORT DBOperator {
   Record Get(int key, const Condition& condition);
 
   /// The rows that meet @p condition, paged and ordered by @p option. Empty on failure (logged).
+  /// Without a `sort_by`, and among rows that are equal in it, the order is the database's own and
+  /// may differ from page to page.
   std::vector<Record> List(const control::option::common::ListOption& option,
                            const Condition& condition);
 
@@ -75,8 +78,8 @@ class DORVDL_EXPORT DBOperator {
   bool Update(const Record& record, const Condition& condition);
 
   /// Stores the regular file at @p path as a large object and returns its id; 0 on failure
-  /// (logged). The file is opened with the process's effective ids switched to root, for it may be
-  /// readable by root only: no other thread may switch ids meanwhile.
+  /// (logged). The process's effective ids are root's until the whole file is stored, for it may be
+  /// readable by root only: no other thread may switch ids, or should act for a user, meanwhile.
   unsigned LoImport(const std::string& path);
 
   /// Writes the large object @p oid to @p path, with the caller's own ids: unlike the import, which
@@ -86,6 +89,17 @@ class DORVDL_EXPORT DBOperator {
  protected:
   /// Update() that tells how many rows it reached; -1 on failure.
   long long UpdateRows(const Record& record, const Condition& condition);
+
+  /// Sets the limit and the offset that @p option asks for.
+  static void ApplyPaging(const control::option::common::ListOption& option,
+                          dorvdbquery::SelectQuery& query);
+
+  /// The direction that @p option asks for: ascending unless it says otherwise.
+  static dorvdbquery::SelectQuery::Order Direction(
+      const control::option::common::ListOption& option) {
+    return option.ascending.value_or(true) ? dorvdbquery::SelectQuery::kAscending
+                                           : dorvdbquery::SelectQuery::kDescending;
+  }
 
   /// Binds the rows of @p query to @p record, which must outlive the query's use.
   static void IntoRecord(dorvdbquery::SelectQuery& query, Record& record);
@@ -160,19 +174,12 @@ Record DBOperator<Record>::Get(int key, const Condition& condition) {
 template <typename Record>
 std::vector<Record> DBOperator<Record>::List(const control::option::common::ListOption& option,
                                              const Condition& condition) {
-  using dorvdbquery::SelectBase;
   Record record;
   dorvdbquery::SelectQuery query(GetSession(), GetTableName());
   IntoRecord(query, record);
-  if (option.limit) {
-    query.Limit(*option.limit);
-  }
-  if (option.offset) {
-    query.Offset(*option.offset);
-  }
+  ApplyPaging(option, query);
   if (option.sort_by) {
-    query.OrderBy(*option.sort_by, option.ascending.value_or(true) ? SelectBase::kAscending
-                                                                   : SelectBase::kDescending);
+    query.OrderBy(*option.sort_by, Direction(option));
   }
   query.Where(condition);
   if (!query.ExecuteWithoutPreFetch()) {
@@ -208,6 +215,17 @@ long long DBOperator<Record>::UpdateRows(const Record& record, const Condition& 
   query.Where(KeyIs(record.primary_key()) && condition);
   record.BindUpdateField(query);
   return query.Execute() ? query.AffectedRows() : -1;
+}
+
+template <typename Record>
+void DBOperator<Record>::ApplyPaging(const control::option::common::ListOption& option,
+                                     dorvdbquery::SelectQuery& query) {
+  if (option.limit) {
+    query.Limit(*option.limit);
+  }
+  if (option.offset) {
+    query.Offset(*option.offset);
+  }
 }
 
 template <typename Record>

@@ -9,7 +9,8 @@ namespace dorvdbquery {
 
 class ResultRow;
 
-/// What a select's rows are decoded into, straight from the server's answer.
+/// What a select's rows are decoded into, straight from the server's answer. For the library's own
+/// records: what a row looks like is no part of the interface.
 class DORVDL_EXPORT RowTarget {
  public:
   virtual ~RowTarget();

@@ -24,6 +24,10 @@ class OrderExpression {
   template <std::size_t kSize>
   explicit constexpr OrderExpression(const char (&literal)[kSize]) : text_(literal) {}
 
+  /// A buffer that can be written to is no literal.
+  template <std::size_t kSize>
+  explicit OrderExpression(char (&buffer)[kSize]) = delete;
+
   constexpr const char* text() const { return text_; }
 
  private:

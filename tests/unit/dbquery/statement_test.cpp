@@ -4,6 +4,8 @@
 #include <dorvdl/dbquery/update_query.h>
 #include <gtest/gtest.h>
 
+#include <type_traits>
+
 #include "support/sql_matchers.h"
 #include "support/syslog_capture.h"
 
@@ -82,6 +84,10 @@ TEST_F(StatementTest, OrderByRefusesAnythingButAPlainIdentifier) {
   longest.OrderBy(std::string(63, 'a'), SelectBase::kAscending);
   EXPECT_EQ(Show(longest), "SELECT * FROM \"t\" ORDER BY \"" + std::string(63, 'a') + "\" ASC");
 }
+
+static_assert(std::is_constructible_v<OrderExpression, const char (&)[8]>);
+static_assert(!std::is_constructible_v<OrderExpression, char (&)[8]>);
+static_assert(!std::is_constructible_v<OrderExpression, std::string>);
 
 TEST_F(StatementTest, AnOrderExpressionGoesOutAsWritten) {
   SelectQuery query(session_, "t");

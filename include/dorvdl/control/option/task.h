@@ -37,7 +37,7 @@ class DORVDL_EXPORT ListOption {
   common::ListOption common;
   /// Text that the task's file name must contain.
   boost::optional<std::string> filename;
-  /// Bits of dorvdl::task_flag: any of them must be set.
+  /// Bits of dorvdl::task_flag: any of them must be set. A negative mask makes the list fail.
   boost::optional<std::int32_t> task_flags;
   /// Exclusive lower bound of the task's waiting time, seconds since the epoch.
   boost::optional<std::int32_t> waiting_until_time;
