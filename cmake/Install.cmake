@@ -18,6 +18,10 @@ install(
   FILES_MATCHING
   PATTERN "*.proto")
 
+# The schema, with the tool that applies it; the tool looks for the schema beside its own folder.
+install(DIRECTORY schema DESTINATION "${CMAKE_INSTALL_DATADIR}/dorvdlcore")
+install(PROGRAMS tools/apply-schema DESTINATION "${CMAKE_INSTALL_DATADIR}/dorvdlcore/tools")
+
 # The CMake package. It finds what the targets refer to by itself, SOCI by the module beside it.
 install(EXPORT dorvdlcore-targets NAMESPACE dorvdl:: DESTINATION "${package_folder}")
 configure_package_config_file(

@@ -28,8 +28,9 @@ class DORVDL_EXPORT Controller {
   void set_username(const std::string& username) { username_ = username; }
 
   /// The connection. Opens one when there is none yet or the one held is not good any more; the
-  /// other holders of a replaced connection keep theirs. A new connection is not tested: what is
-  /// wrong with it shows in its first statement, and the next call replaces it.
+  /// other holders of a replaced connection keep theirs, and a transaction on it does not cover
+  /// what follows. A new connection is not tested: what is wrong with it shows in its first
+  /// statement, and the next call replaces it.
   ///
   /// @throws soci::soci_error when the connection cannot be opened; the next call tries again.
   db::DBSession& db_session();

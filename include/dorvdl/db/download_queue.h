@@ -45,14 +45,15 @@ class DORVDL_EXPORT DownloadQueue : public DBOperator<record::Task> {
   record::Task Get(int task_id);
 
   /// Writes the present fields of @p task to the task with its id. True also when this user has
-  /// none with this id; nothing is written then.
+  /// none with this id, and nothing is written then; false when only the key is present.
   bool Update(const record::Task& task);
 
+  /// Deletes this user's tasks with these ids. Reaching none is a success.
   bool Delete(const std::vector<int>& task_ids);
 
-  /// Inserts @p task and sets its id. When @p source_path is not empty, the file there is stored in
-  /// the database first and its large-object id becomes the task's `file_oid`. On failure nothing
-  /// is stored and @p task is as it was.
+  /// Inserts @p task, whoever its owner is, and sets its id. When @p source_path is not empty, the
+  /// file there is stored in the database first and its large-object id becomes the task's
+  /// `file_oid`. On failure nothing is stored and @p task is as it was.
   bool Create(record::Task& task, const std::string& source_path);
 
   /// Stores the file at @p path as the task's source file. False, with nothing stored, when the

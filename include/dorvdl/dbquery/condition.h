@@ -24,7 +24,9 @@ class DORVDL_EXPORT Condition {
   /// The comparison `expression op value`, such as `ConditionFactory<int>("pid", ">", 0)`.
   ///
   /// @param expression  a column or SQL expression that code has written; goes out as it stands.
-  /// @param op          an operator that code has written ("=", "<=", "ILIKE", "~" ...).
+  /// @param op          an operator that code has written ("=", "<=", "ILIKE", "~" ...); anything
+  /// but
+  ///                    words and operator characters makes the execution fail.
   /// @param value       bound as a parameter; a text with an embedded NUL makes the execution fail.
   template <typename T>
   static Condition ConditionFactory(const std::string& expression, const std::string& op,
@@ -48,7 +50,10 @@ class DORVDL_EXPORT Condition {
   /// underscore and backslash are plain characters, and case counts.
   static Condition HasSubstring(const std::string& column, const std::string& text);
 
+  /// True for rows that this condition is false for; rows for which it is NULL meet neither.
   Condition operator!() const;
+
+  /// True for rows that meet both, this one's terms first.
   Condition operator&&(const Condition& other) const;
 
   /// True for Null() only.

@@ -17,8 +17,8 @@
 
 namespace dorvdbquery {
 
-/// An expression to order by that stands in the source code: it can be made from a string literal
-/// only, so that no text from a request ever becomes one.
+/// An expression to order by that stands in the source code: it can be made from constant text
+/// only, which a string literal is, so that no text from a request becomes one.
 class OrderExpression {
  public:
   template <std::size_t kSize>

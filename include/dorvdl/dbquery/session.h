@@ -44,8 +44,9 @@ class DORVDL_EXPORT Session {
 
   /// Writes the large object whose id is the low 32 bits of @p oid to the file at @p path, which
   /// is replaced as a whole, its permissions kept, once all its content is on disk; nothing but a
-  /// regular file is ever replaced. Opens a transaction of its own when none is open. Returns false
-  /// on failure (logged), and then leaves what is at @p path as it was.
+  /// regular file is ever replaced. The file's folder must be writable. Opens a transaction of its
+  /// own when none is open. Returns false on failure (logged), and then leaves what is at @p path
+  /// as it was.
   bool ClientSideLOExport(unsigned long long oid, const std::string& path);
 
   /// The SOCI session, for statements that the query builder does not cover; null without a

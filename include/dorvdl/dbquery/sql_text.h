@@ -43,6 +43,7 @@ class DORVDL_EXPORT SqlText {
   /// input.
   void Refuse(std::string_view reason);
 
+  /// The text so far, with placeholders $1, $2 ... and their values in order.
   const std::string& text() const { return text_; }
   const std::vector<Parameter>& parameters() const { return parameters_; }
 

@@ -24,6 +24,7 @@ class DORVDL_EXPORT Task : public MessageRecord<Task, proto::Task> {
  public:
   using MessageRecord::MessageRecord;
 
+  /// The record's columns, for the mechanism below it; their type is no part of the interface.
   static const ColumnTable& Columns();
 
   /// The names of all columns, in the order of the table.

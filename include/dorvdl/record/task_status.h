@@ -7,8 +7,8 @@
 
 namespace dorvdl::record {
 
-/// What a task's `status` may be. Codes 1 to 15 are states of a live task, codes from 101 on are
-/// errors.
+/// The values of a task's `status` that programs name. Codes 1 to 15 are states of a live task,
+/// codes from 101 on are errors; GetStatusName() knows them all.
 enum TaskStatus : int {
   kStatusWaiting = 1,
   kStatusDownloading = 2,

@@ -12,8 +12,8 @@
 
 namespace dorvdl::control::interface {
 
-/// Operations on the acting user's download tasks. Never owned through this type: it has no virtual
-/// destructor.
+/// Operations on the acting user's download tasks; `TaskControl`, which implements them, states
+/// what each does and returns. Never owned through this type: it has no virtual destructor.
 class DORVDL_EXPORT TaskInterface {
  public:
   virtual bool Create(record::Task& task, const std::string& source_path) = 0;
