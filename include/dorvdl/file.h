@@ -5,8 +5,8 @@
 /// The folder is what the symbolic link "/var/services/download" points to.
 ///
 /// Conventions, for every function here:
-/// - C linkage; nothing is thrown, no state is kept between calls, nothing is allocated on the
-/// heap.
+/// - C linkage; nothing is thrown and no state is kept between calls.
+/// - The functions allocate nothing on the heap; the platform's calls and syslog() may.
 /// - Texts are zero-terminated. Buffers belong to the caller, who gives their size in bytes.
 /// - The result is 0 for success and -1 for every failure, unless the function says otherwise.
 /// - A failure is logged with syslog() at LOG_ERR where the function says so; `errno` is then what

@@ -6,9 +6,12 @@
 
 #include <cerrno>
 #include <cstdarg>
-#include <vector>
+#include <cstddef>
+#include <initializer_list>
 
 namespace {
+
+constexpr std::size_t kMostArguments = 64;
 
 // The exit status of a program; -1 when it could not be run or died by a signal. @p arguments
 // begins with the program and ends with a null pointer.
@@ -50,13 +53,15 @@ int VLIBCExec(const char* program, const char* a1, const char* a2, const char* a
 }
 
 int VLIBCExecl(const char* program, int /*options*/, const char* arg, ...) {
-  std::vector<const char*> arguments{program};
+  const char* arguments[1 + kMostArguments + 1] = {program};  // null pointers after the program
+  std::size_t count = 0;
+  const char* next = arg;
   va_list rest;
   va_start(rest, arg);
-  for (const char* next = arg; next != nullptr; next = va_arg(rest, const char*)) {
-    arguments.push_back(next);
+  while (next != nullptr && count < kMostArguments) {
+    arguments[++count] = next;
+    next = va_arg(rest, const char*);
   }
   va_end(rest);
-  arguments.push_back(nullptr);
-  return RunDetached(arguments.data()) == 0 ? 0 : -1;
+  return next == nullptr && RunDetached(arguments) == 0 ? 0 : -1;
 }

@@ -4,9 +4,9 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <fstream>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
-#include <string>
 
 namespace {
 
@@ -17,13 +17,21 @@ int MountId(const char* path) {
   if (file < 0) {
     return -1;
   }
+  char name[sizeof "/proc/self/fdinfo/-2147483648"];
+  std::snprintf(name, sizeof name, "/proc/self/fdinfo/%d", file);
   int id = -1;
-  std::ifstream info("/proc/self/fdinfo/" + std::to_string(file));
-  for (std::string word; info >> word && word != "mnt_id:";) {
+  if (std::FILE* const info = std::fopen(name, "re"); info != nullptr) {
+    constexpr char kLabel[] = "mnt_id:";
+    constexpr std::size_t kLabelLength = sizeof kLabel - 1;
+    for (char line[256]; id < 0 && std::fgets(line, sizeof line, info) != nullptr;) {
+      if (std::strncmp(line, kLabel, kLabelLength) == 0) {
+        id = std::atoi(line + kLabelLength);
+      }
+    }
+    std::fclose(info);
   }
-  info >> id;
   close(file);
-  return info ? id : -1;
+  return id;
 }
 
 template <std::size_t kSize>

@@ -22,15 +22,15 @@ extern "C" {
 DORV_EXPORT int VLIBCExec(const char* program, const char* a1, const char* a2, const char* a3,
                           const char* a4);
 
-/// Runs @p program with a list of arguments of any length that a null pointer ends. Its standard
-/// streams are /dev/null.
+/// Runs @p program with a list of up to 64 arguments that a null pointer ends. Its standard streams
+/// are /dev/null.
 ///
 /// @param program  zero-terminated path; must not be null.
 /// @param options  the platform's word for how the program is run. The portable implementation
 ///                 takes any word and always does as described here.
 /// @param arg      the first zero-terminated argument, or null for none at all.
 /// @return 0 when the program exited with status 0; -1 when it exited with another one, could not
-///         be run or died by a signal.
+///         be run or died by a signal, and for more than 64 arguments, without running anything.
 DORV_EXPORT int VLIBCExecl(const char* program, int options, const char* arg, ...);
 
 #ifdef __cplusplus

@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstddef>
+#include <utility>
 
 namespace {
 
@@ -73,13 +75,25 @@ TEST(ExeclTest, ZeroIsSuccessAndAnyOtherStatusAFailure) {
   EXPECT_EQ(VLIBCExecl("/nonexistent", 187, "x", nullptr), -1);
 }
 
-TEST(ExeclTest, TakesAnyNumberOfArgumentsAndAnyOptionWord) {
+TEST(ExeclTest, TakesArgumentsAndAnyOptionWord) {
   for (const int options : {0, 187, 251, -1}) {
     EXPECT_EQ(VLIBCExecl("/bin/true", options, nullptr), 0);
     EXPECT_EQ(VLIBCExecl("/bin/sh", options, "-c", "test \"$*\" = '1 2 3 4 5 6 7 8 9'", "name", "1",
                          "2", "3", "4", "5", "6", "7", "8", "9", nullptr),
               0);
   }
+}
+
+// Runs a program with as many arguments as the list has entries.
+template <std::size_t... kIndex>
+int RunWithArguments(std::index_sequence<kIndex...> /*arguments*/) {
+  constexpr const char* kArguments[] = {(static_cast<void>(kIndex), "x")...};
+  return VLIBCExecl("/bin/true", 187, kArguments[kIndex]..., nullptr);
+}
+
+TEST(ExeclTest, TakesUpTo64Arguments) {
+  EXPECT_EQ(RunWithArguments(std::make_index_sequence<64>()), 0);
+  EXPECT_EQ(RunWithArguments(std::make_index_sequence<65>()), -1);
 }
 
 TEST(ExeclTest, TheStandardStreamsAreDevNull) {
