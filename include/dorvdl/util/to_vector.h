@@ -12,20 +12,14 @@ namespace dorvdl::util {
 /// The elements of a repeated scalar field, in order, with one allocation.
 template <typename T>
 std::vector<T> ToVector(const google::protobuf::RepeatedField<T>& field) {
-  std::vector<T> elements;
-  elements.reserve(static_cast<std::size_t>(field.size()));
-  elements.insert(elements.end(), field.begin(), field.end());
-  return elements;
+  return std::vector<T>(field.begin(), field.end());
 }
 
 /// The elements of a repeated string or message field, in order, with one allocation for the
 /// vector itself.
 template <typename T>
 std::vector<T> ToVector(const google::protobuf::RepeatedPtrField<T>& field) {
-  std::vector<T> elements;
-  elements.reserve(static_cast<std::size_t>(field.size()));
-  elements.insert(elements.end(), field.begin(), field.end());
-  return elements;
+  return std::vector<T>(field.begin(), field.end());
 }
 
 }  // namespace dorvdl::util
