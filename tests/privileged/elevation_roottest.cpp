@@ -17,6 +17,9 @@ namespace dorvdl::util {
 namespace {
 
 using test_support::BecomeIds;
+using test_support::kAuthDebug;
+using test_support::kAuthError;
+using test_support::kAuthInfo;
 using test_support::LogLine;
 using test_support::RefuseIdCall;
 using test_support::Report;
@@ -26,26 +29,23 @@ using Calls = std::vector<std::string>;
 using Lines = std::vector<LogLine>;
 
 constexpr char kHere[] = "elevation_roottest";
-constexpr int kError = 35;
-constexpr int kInfo = 38;
-constexpr int kDebug = 39;
 
 // The lines that several cases share.
-const LogLine kGroupToRootWarning{kInfo, kHere, "WARNING: setresgid(-1, 0, -1)"};
-const LogLine kUserToRootWarning{kInfo, kHere, "WARNING: setresuid(-1, 0, -1)"};
-const LogLine kGroupToRoot{kDebug, kHere, "setresgid: (0, 2001, 2002) -> (0, 0, 2002)"};
-const LogLine kUserToRoot{kDebug, kHere, "setresuid: (0, 1001, 1002) -> (0, 0, 1002)"};
-const LogLine kUserStaysRoot{kDebug, kHere, "setresuid: (0, 0, 1002) -> (0, 0, 1002)"};
-const LogLine kGroupBack{kDebug, kHere, "setresgid: (0, 0, 2002) -> (0, 2001, 2002)"};
-const LogLine kUserBack{kDebug, kHere, "setresuid: (0, 0, 1002) -> (0, 1001, 1002)"};
-const LogLine kEntered{kInfo, kHere, "ENTERCriticalSection"};
-const LogLine kNotEntered{kError, kHere, "ERROR: ENTERCriticalSection"};
-const LogLine kLeft{kInfo, kHere, "LEAVECriticalSection"};
-const LogLine kNotLeft{kError, kHere, "ERROR: LEAVECriticalSection"};
+const LogLine kGroupToRootWarning{kAuthInfo, kHere, "WARNING: setresgid(-1, 0, -1)"};
+const LogLine kUserToRootWarning{kAuthInfo, kHere, "WARNING: setresuid(-1, 0, -1)"};
+const LogLine kGroupToRoot{kAuthDebug, kHere, "setresgid: (0, 2001, 2002) -> (0, 0, 2002)"};
+const LogLine kUserToRoot{kAuthDebug, kHere, "setresuid: (0, 1001, 1002) -> (0, 0, 1002)"};
+const LogLine kUserStaysRoot{kAuthDebug, kHere, "setresuid: (0, 0, 1002) -> (0, 0, 1002)"};
+const LogLine kGroupBack{kAuthDebug, kHere, "setresgid: (0, 0, 2002) -> (0, 2001, 2002)"};
+const LogLine kUserBack{kAuthDebug, kHere, "setresuid: (0, 0, 1002) -> (0, 1001, 1002)"};
+const LogLine kEntered{kAuthInfo, kHere, "ENTERCriticalSection"};
+const LogLine kNotEntered{kAuthError, kHere, "ERROR: ENTERCriticalSection"};
+const LogLine kLeft{kAuthInfo, kHere, "LEAVECriticalSection"};
+const LogLine kNotLeft{kAuthError, kHere, "ERROR: LEAVECriticalSection"};
 
 // A line about a call that RefuseIdCall(n, EAGAIN) refused.
 LogLine Refused(const std::string& call) {
-  return {kError, kHere, "ERROR: " + call + " [Resource temporarily unavailable]"};
+  return {kAuthError, kHere, "ERROR: " + call + " [Resource temporarily unavailable]"};
 }
 
 struct Case {
@@ -273,9 +273,10 @@ TEST(LeaveTest, AfterARefusedUserTheGroupIsRestoredWithoutRegainingRoot) {
     LEAVECriticalSection;
     return ReportSwitch(errno);
   });
-  EXPECT_EQ(report, Report({"setresgid(-1, 2001, -1)"},
-                           {{kDebug, kHere, "setresgid: (0, 0, 2001) -> (0, 2001, 2001)"}, kLeft},
-                           0, "uids 0 1001 1002, gids 0 2001 2001"));
+  EXPECT_EQ(report,
+            Report({"setresgid(-1, 2001, -1)"},
+                   {{kAuthDebug, kHere, "setresgid: (0, 0, 2001) -> (0, 2001, 2001)"}, kLeft}, 0,
+                   "uids 0 1001 1002, gids 0 2001 2001"));
 }
 
 TEST(CriticalSectionTest, SavedIdsOfZeroAreEnoughToBecomeRoot) {
@@ -299,7 +300,7 @@ TEST(CriticalSectionTest, WithoutPrivilegesTheKernelRefusesTheGroup) {
   });
   EXPECT_EQ(report,
             Report({"setresgid(-1, 0, -1)"},
-                   {{kError, kHere, "ERROR: setresgid(-1, 0, -1) [Operation not permitted]"},
+                   {{kAuthError, kHere, "ERROR: setresgid(-1, 0, -1) [Operation not permitted]"},
                     kNotEntered,
                     kLeft},
                    EPERM, "uids 1001 1001 1001, gids 2001 2001 2001"));
@@ -311,11 +312,11 @@ TEST(CriticalSectionTest, WithoutPrivilegesTheKernelRefusesToLeaveForAnotherUser
     LeaveCriticalSection({1002, 2002}, DORVDL_SOURCE, __LINE__);
     return ReportSwitch(errno);
   });
-  EXPECT_EQ(
-      report,
-      Report({"setresuid(-1, 0, -1)"},
-             {{kError, kHere, "ERROR: setresuid(-1, 0, -1) [Operation not permitted]"}, kNotLeft},
-             EPERM, "uids 1001 1001 1001, gids 2001 2001 2001"));
+  EXPECT_EQ(report,
+            Report({"setresuid(-1, 0, -1)"},
+                   {{kAuthError, kHere, "ERROR: setresuid(-1, 0, -1) [Operation not permitted]"},
+                    kNotLeft},
+                   EPERM, "uids 1001 1001 1001, gids 2001 2001 2001"));
 }
 
 TEST(CriticalSectionTest, LogLinesCarryTheLineOfTheStatementOrTheOneGiven) {

@@ -21,6 +21,8 @@ namespace {
 
 using test_support::BecomeIds;
 using test_support::CurrentIds;
+using test_support::kAuthCritical;
+using test_support::kAuthError;
 using test_support::LogLine;
 using test_support::RefuseIdCall;
 using test_support::Report;
@@ -30,8 +32,6 @@ using Calls = std::vector<std::string>;
 using Lines = std::vector<LogLine>;
 
 constexpr char kHere[] = "run_as_guard_roottest";
-constexpr int kCritical = 34;
-constexpr int kError = 35;
 constexpr auto kAllOnes = static_cast<uid_t>(-1);
 
 static_assert(std::is_standard_layout_v<RunAsGuard>);
@@ -56,11 +56,11 @@ struct Case {
 
 std::string CaseName(const testing::TestParamInfo<Case>& info) { return info.param.name; }
 
-const LogLine kNotRoot{kError, kHere, "ERROR: IF_RUN_AS(0, 0)"};
+const LogLine kNotRoot{kAuthError, kHere, "ERROR: IF_RUN_AS(0, 0)"};
 
 // A line of a guard that could not restore these ids.
 LogLine NotRestored(const std::string& ids) {
-  return {kCritical, kHere, "ERROR: ~IF_RUN_AS(" + ids + ")"};
+  return {kAuthCritical, kHere, "ERROR: ~IF_RUN_AS(" + ids + ")"};
 }
 
 class RunAsRootTest : public testing::TestWithParam<Case> {};

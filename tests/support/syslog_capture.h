@@ -8,6 +8,14 @@
 
 namespace test_support {
 
+// Priorities of the lines that the library writes: error under the process's default facility, and
+// the levels under the authorisation facility.
+constexpr int kError = 3;
+constexpr int kAuthCritical = 34;
+constexpr int kAuthError = 35;
+constexpr int kAuthInfo = 38;
+constexpr int kAuthDebug = 39;
+
 // One line: its priority, its source ("db/operator"; the line number is cut off) and its text.
 struct LogLine {
   int priority;

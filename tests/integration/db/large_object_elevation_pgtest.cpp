@@ -18,6 +18,7 @@ namespace {
 
 using test_support::BecomeIds;
 using test_support::CurrentIds;
+using test_support::kError;
 using test_support::LogLine;
 using test_support::RefuseIdCall;
 using test_support::RunInChild;
@@ -30,7 +31,7 @@ constexpr char kIds[] = "uids 0 1000 2000, gids 0 1000 2000";
 const Calls kSwitches{"setresuid(-1, 0, -1)", "setresgid(-1, 0, -1)",
                       "setresuid(-1, 0, -1)",  // to root
                       "setresgid(-1, 1000, -1)", "setresuid(-1, 1000, -1)"};
-const LogLine kNotSwitched{3, "db/operator", "Failed to set privilege"};
+const LogLine kNotSwitched{kError, "db/operator", "Failed to set privilege"};
 
 class LargeObjectElevationTest : public test_support::DatabaseTest {
  protected:

@@ -16,6 +16,7 @@ namespace {
 
 using control::option::common::ListOption;
 using dorvdbquery::Condition;
+using test_support::kError;
 using test_support::LogLine;
 using test_support::TakeLog;
 
@@ -241,10 +242,10 @@ TYPED_TEST(OperatorTest, AMissingTableFailsEveryOperation) {
   };
   EXPECT_EQ(table.Count(Condition::Null()), -1);
   EXPECT_EQ(TakeLog(), (Lines{builder("SELECT COUNT(*) FROM \"note\""),
-                              {3, "db/operator", "Failed to execute Count operation"}}));
+                              {kError, "db/operator", "Failed to execute Count operation"}}));
   EXPECT_TRUE(table.List({}, Condition::Null()).empty());
   EXPECT_EQ(TakeLog(), (Lines{builder("SELECT * FROM \"note\""),
-                              {3, "db/operator", "Failed to execute list operation"}}));
+                              {kError, "db/operator", "Failed to execute list operation"}}));
   TypeParam note(std::nullopt, "x");
   EXPECT_FALSE(table.Create(note));
   EXPECT_FALSE(table.Get(1, Condition::Null()).IsValid());
@@ -263,10 +264,10 @@ TYPED_TEST(OperatorTest, ALostConnectionFailsEveryOperation) {
   Notes<TypeParam> table = this->Table();
   test_support::TerminateOtherSessions(this->raw_);
   EXPECT_EQ(table.Count(Condition::Null()), -1);
-  EXPECT_EQ(TakeLog(), (Lines{{3, "dbquery/query",
+  EXPECT_EQ(TakeLog(), (Lines{{kError, "dbquery/query",
                                "Failed to execute statement: [08006] the connection to the server "
                                "is lost: SELECT COUNT(*) FROM \"note\""},
-                              {3, "db/operator", "Failed to execute Count operation"}}));
+                              {kError, "db/operator", "Failed to execute Count operation"}}));
   EXPECT_TRUE(table.List({}, Condition::Null()).empty());
   TypeParam note(std::nullopt, "x");
   EXPECT_FALSE(table.Create(note));
@@ -281,7 +282,7 @@ TYPED_TEST(OperatorTest, AnOrderThatIsNoColumnFailsTheList) {
   ListOption option;
   option.sort_by = "id; DELETE FROM note";
   EXPECT_EQ(this->Listed(option, Condition::Null()), Keys{});
-  EXPECT_EQ(TakeLog().back(), (LogLine{3, "db/operator", "Failed to execute list operation"}));
+  EXPECT_EQ(TakeLog().back(), (LogLine{kError, "db/operator", "Failed to execute list operation"}));
   EXPECT_EQ(this->Stored().size(), 3U);
 }
 

@@ -20,6 +20,9 @@ namespace {
 
 using test_support::BecomeIds;
 using test_support::CurrentIds;
+using test_support::kAuthDebug;
+using test_support::kAuthError;
+using test_support::kAuthInfo;
 using test_support::LogLine;
 using test_support::RefuseIdCall;
 using test_support::Report;
@@ -29,30 +32,27 @@ using Calls = std::vector<std::string>;
 using Lines = std::vector<LogLine>;
 
 constexpr char kHere[] = "db/session";
-constexpr int kError = 35;
-constexpr int kInfo = 38;
-constexpr int kDebug = 39;
 
-const LogLine kGroupToRootWarning{kInfo, kHere, "WARNING: setresgid(-1, 0, -1)"};
-const LogLine kUserToRootWarning{kInfo, kHere, "WARNING: setresuid(-1, 0, -1)"};
-const LogLine kEntered{kInfo, kHere, "ENTERCriticalSection"};
-const LogLine kNotEntered{kError, kHere, "ERROR: ENTERCriticalSection"};
-const LogLine kLeft{kInfo, kHere, "LEAVECriticalSection"};
-const LogLine kGroupRefused{kError, kHere,
+const LogLine kGroupToRootWarning{kAuthInfo, kHere, "WARNING: setresgid(-1, 0, -1)"};
+const LogLine kUserToRootWarning{kAuthInfo, kHere, "WARNING: setresuid(-1, 0, -1)"};
+const LogLine kEntered{kAuthInfo, kHere, "ENTERCriticalSection"};
+const LogLine kNotEntered{kAuthError, kHere, "ERROR: ENTERCriticalSection"};
+const LogLine kLeft{kAuthInfo, kHere, "LEAVECriticalSection"};
+const LogLine kGroupRefused{kAuthError, kHere,
                             "ERROR: setresgid(-1, 0, -1) [Resource temporarily unavailable]"};
 
 // All that a process with the effective ids 1000 does and logs on its way to root and back.
 const Calls kSwitches{"setresgid(-1, 0, -1)", "setresuid(-1, 0, -1)", "setresuid(-1, 0, -1)",
                       "setresgid(-1, 1000, -1)", "setresuid(-1, 1000, -1)"};
 const Lines kSwitchLines{kGroupToRootWarning,
-                         {kDebug, kHere, "setresgid: (0, 1000, 2000) -> (0, 0, 2000)"},
+                         {kAuthDebug, kHere, "setresgid: (0, 1000, 2000) -> (0, 0, 2000)"},
                          kUserToRootWarning,
-                         {kDebug, kHere, "setresuid: (0, 1000, 2000) -> (0, 0, 2000)"},
+                         {kAuthDebug, kHere, "setresuid: (0, 1000, 2000) -> (0, 0, 2000)"},
                          kEntered,
                          kUserToRootWarning,
-                         {kDebug, kHere, "setresuid: (0, 0, 2000) -> (0, 0, 2000)"},
-                         {kDebug, kHere, "setresgid: (0, 0, 2000) -> (0, 1000, 2000)"},
-                         {kDebug, kHere, "setresuid: (0, 0, 2000) -> (0, 1000, 2000)"},
+                         {kAuthDebug, kHere, "setresuid: (0, 0, 2000) -> (0, 0, 2000)"},
+                         {kAuthDebug, kHere, "setresgid: (0, 0, 2000) -> (0, 1000, 2000)"},
+                         {kAuthDebug, kHere, "setresuid: (0, 0, 2000) -> (0, 1000, 2000)"},
                          kLeft};
 constexpr char kIds[] = "uids 0 1000 2000, gids 0 1000 2000";
 
@@ -124,7 +124,7 @@ TEST_F(DBSessionTest, AProcessThatCannotBecomeRootIsRefusedByTheServer) {
   });
   EXPECT_EQ(report,
             Report({"setresgid(-1, 0, -1)"},
-                   {{kError, kHere, "ERROR: setresgid(-1, 0, -1) [Operation not permitted]"},
+                   {{kAuthError, kHere, "ERROR: setresgid(-1, 0, -1) [Operation not permitted]"},
                     kNotEntered,
                     kLeft},
                    0, "uids 1000 1000 1000, gids 1000 1000 1000"));
@@ -182,10 +182,10 @@ TEST_F(DBSessionTest, AFailedRestoreIsLoggedAndTheSessionIsUsable) {
       report,
       Report({"setresuid(-1, 0, -1)", "setresuid(-1, 0, -1)"},
              {kUserToRootWarning,
-              {kDebug, kHere, "setresuid: (0, 1000, 2000) -> (0, 0, 2000)"},
+              {kAuthDebug, kHere, "setresuid: (0, 1000, 2000) -> (0, 0, 2000)"},
               kEntered,
-              {kError, kHere, "ERROR: setresuid(-1, 0, -1) [Resource temporarily unavailable]"},
-              {kError, kHere, "ERROR: LEAVECriticalSection"}},
+              {kAuthError, kHere, "ERROR: setresuid(-1, 0, -1) [Resource temporarily unavailable]"},
+              {kAuthError, kHere, "ERROR: LEAVECriticalSection"}},
              EPERM, "uids 0 0 2000, gids 0 0 0"));
 }
 

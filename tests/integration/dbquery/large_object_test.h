@@ -52,10 +52,10 @@ using Names = std::set<std::string>;
 
 // A line about a file or an object.
 inline test_support::LogLine FileFailure(const std::string& text) {
-  return {3, "dbquery/local_file", text};
+  return {test_support::kError, "dbquery/local_file", text};
 }
 inline test_support::LogLine ObjectFailure(const std::string& text) {
-  return {3, "dbquery/large_object", text};
+  return {test_support::kError, "dbquery/large_object", text};
 }
 
 }  // namespace dorvdbquery

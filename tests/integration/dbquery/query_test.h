@@ -64,7 +64,7 @@ class QueryTest : public test_support::DatabaseTest {
 
   // The line about a statement that was not sent or that the server refused.
   static test_support::LogLine Failed(const std::string& why) {
-    return {3, "dbquery/query", "Failed to execute statement: " + why};
+    return {test_support::kError, "dbquery/query", "Failed to execute statement: " + why};
   }
 
   Session session_ = Connect();

@@ -12,6 +12,7 @@
 namespace dorvdbquery {
 namespace {
 
+using test_support::kError;
 using test_support::LogLine;
 using test_support::Show;
 using test_support::TakeLog;
@@ -162,7 +163,7 @@ TEST_F(StatementTest, WithoutAConnectionExecutionFailsAndIsLogged) {
   TakeLog();
   EXPECT_FALSE(SelectQuery(session_, "t").Execute());
   EXPECT_EQ(TakeLog(),
-            (std::vector<LogLine>{{3, "dbquery/query",
+            (std::vector<LogLine>{{kError, "dbquery/query",
                                    "Failed to execute statement: the session has no connection"}}));
 }
 
@@ -172,7 +173,7 @@ TEST_F(StatementTest, ARefusedStatementIsLoggedWithoutItsText) {
   TakeLog();
   EXPECT_FALSE(query.Execute());
   EXPECT_EQ(TakeLog(),
-            (std::vector<LogLine>{{3, "dbquery/query",
+            (std::vector<LogLine>{{kError, "dbquery/query",
                                    "Failed to execute statement: a table or column name is no "
                                    "plain identifier"}}));
 }

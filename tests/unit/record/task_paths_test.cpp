@@ -9,6 +9,7 @@
 namespace dorvdl::record {
 namespace {
 
+using test_support::kError;
 using test_support::LogLine;
 using test_support::TakeLog;
 using Calls = std::vector<std::string>;
@@ -53,7 +54,7 @@ TEST_F(TaskPathsTest, ALongPathIsCutTo1023Bytes) {
 TEST_F(TaskPathsTest, WithoutADownloadFolderThePathIsEmptyAndLogged) {
   platform_.exec = 0;
   EXPECT_EQ(TaskWith(17, 0x4).GetSourceFilePath(), "");
-  EXPECT_EQ(TakeLog(), (std::vector<LogLine>{{3, "record/task", "GetTmpDownloadDir failed"}}));
+  EXPECT_EQ(TakeLog(), (std::vector<LogLine>{{kError, "record/task", "GetTmpDownloadDir failed"}}));
 }
 
 TEST_F(TaskPathsTest, TheDestinationIsResolvedForTheTasksUser) {
@@ -71,8 +72,8 @@ TEST_F(TaskPathsTest, ADestinationWithoutAccessIsEmptyAndLogged) {
   task.mutable_proto().set_destination("100%s");
   EXPECT_EQ(task.GetDestRealPath(), "");
   EXPECT_EQ(TakeLog(),
-            (std::vector<LogLine>{
-                {3, "record/task", "Failed to get real path of destination[100%s] of task[17]"}}));
+            (std::vector<LogLine>{{kError, "record/task",
+                                   "Failed to get real path of destination[100%s] of task[17]"}}));
 }
 
 TEST_F(TaskPathsTest, ANulInTheDestinationIsNotHandedToThePlatform) {

@@ -9,6 +9,7 @@
 namespace dorvdl::util {
 namespace {
 
+using test_support::kError;
 using test_support::LogLine;
 
 TEST(SourceNameTest, StartsAtTheLayerAndHasNoEnding) {
@@ -34,8 +35,9 @@ TEST(LogTest, ALineHasPrioritySourceNumberAndText) {
   const int line = __LINE__;
   DORVDL_LOG(LOG_ERR, "Failed to find %s %d", "task", 5);
   DORVDL_LOG(LOG_INFO, "plain");
-  EXPECT_EQ(test_support::TakeLog(), (std::vector<LogLine>{{3, "log_test", "Failed to find task 5"},
-                                                           {6, "log_test", "plain"}}));
+  EXPECT_EQ(test_support::TakeLog(),
+            (std::vector<LogLine>{{kError, "log_test", "Failed to find task 5"},
+                                  {6, "log_test", "plain"}}));
   EXPECT_EQ(test_support::TakenLineNumbers(), (std::vector<int>{line + 1, line + 2}));
 }
 
@@ -44,7 +46,7 @@ TEST(LogTest, KeepsErrnoForTheLineAndTheCaller) {
   DORVDL_LOG(LOG_ERR, "%m");
   EXPECT_EQ(errno, ENOENT);
   EXPECT_EQ(test_support::TakeLog(),
-            (std::vector<LogLine>{{3, "log_test", "No such file or directory"}}));
+            (std::vector<LogLine>{{kError, "log_test", "No such file or directory"}}));
 }
 
 }  // namespace
