@@ -1,29 +1,178 @@
-// An outside program: uses something of each installed part, through its header and its library.
-// Each check is a function that returns whether all is well, listed in main().
+// An outside program: uses something of each installed part, through its header and its library,
+// without a server. Each check is a function that returns whether all is well, listed in main().
 #include <dorv/credentials.h>
+#include <dorvdl/control/controller.h>
+#include <dorvdl/control/option/common.h>
+#include <dorvdl/control/option/rss_feed.h>
+#include <dorvdl/control/option/rss_filter.h>
+#include <dorvdl/control/option/rss_item.h>
 #include <dorvdl/control/option/task.h>
+#include <dorvdl/control/option/thumbnail.h>
+#include <dorvdl/control/task_control.h>
+#include <dorvdl/db/operator.h>
+#include <dorvdl/dbquery/transaction.h>
+#include <dorvdl/file.h>
+#include <dorvdl/proto/list_request/common.pb.h>
+#include <dorvdl/proto/list_request/rss_feed.pb.h>
+#include <dorvdl/proto/list_request/rss_filter.pb.h>
+#include <dorvdl/proto/list_request/rss_item.pb.h>
 #include <dorvdl/proto/list_request/task.pb.h>
+#include <dorvdl/proto/list_request/thumbnail.pb.h>
+#include <dorvdl/record/record_base.h>
+#include <dorvdl/record/task.h>
+#include <dorvdl/util/privilege.h>
 #include <dorvdl/util/to_lower.h>
 #include <json/json.h>
 #include <soci/soci.h>
+#include <unistd.h>
 
+#include <boost/optional.hpp>
 #include <cstdlib>
 #include <iostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// A record of the program's own, and its table.
+class Note : public dorvdl::record::RecordBase {
+ public:
+  std::vector<std::string> GetInsertFields() const override { return {"id", "text"}; }
+  void BindUpdateField(dorvdbquery::UpdateQuery& query) const override {
+    query.SetFactory<std::string>("text", text_);
+  }
+  int primary_key() const override { return id_; }
+  void set_primary_key(int key) override { id_ = key; }
+  void soci_FromBase(const soci::values& values) override {
+    id_ = values.get<int>("id");
+    text_ = values.get<std::string>("text");
+  }
+  void soci_ToBase(soci::values& values, soci::indicator& indicator) const override {
+    values.set("id", id_);
+    values.set("text", text_);
+    indicator = soci::i_ok;
+  }
+
+ private:
+  int id_ = 0;
+  std::string text_;
+};
+
+class Notes : public dorvdl::db::DBOperator<Note> {
+ public:
+  explicit Notes(dorvdl::db::DBSession& session, std::string user = "")
+      : DBOperator(session), user_(std::move(user)) {}
+  const char* GetTableName() override { return "note"; }
+  const char* GetPrimaryKeyName() override { return "id"; }
+  const std::string& user() const { return user_; }
+
+ private:
+  std::string user_;
+};
+
+}  // namespace
+
+// Every operation is compiled and linked, though none can run without a server.
+template class dorvdl::db::DBOperator<Note>;
 
 namespace {
 
 bool HelpersWork() { return dorvdl::util::ToLower("Ägir") == "ägir"; }
 
-bool OptionsTravelInMessages() {
-  dorvdl::control::option::task::FileType type;
-  type.bt = true;
-  dorvdl::control::option::task::ListOption option;
-  option.task_flags = type.ToTaskFlag();
-
-  dorvdl::rpc::proto::task::ListRequest request;
-  option.toProto(request);
-  return request.has_common() && request.task_flags() == 4;
+template <typename Request, typename Option, typename Value>
+bool Travels(boost::optional<Value> Option::*criterion, const Value& value) {
+  Option sent;
+  sent.*criterion = value;
+  Request request;
+  sent.toProto(request);
+  Option received;
+  received.fromProto(request);
+  return received.*criterion == value;
 }
+
+bool OptionsTravelInMessages() {
+  namespace option = dorvdl::control::option;
+  namespace proto = dorvdl::rpc::proto;
+  option::task::FileType type;
+  type.bt = true;
+  return Travels<proto::common::ListRequest>(&option::common::ListOption::limit, 25) &&
+         Travels<proto::rss_feed::ListRequest>(&option::rss_feed::ListOption::url,
+                                               std::string("http://host/feed")) &&
+         Travels<proto::rss_filter::ListRequest>(&option::rss_filter::ListOption::feed_id, 3) &&
+         Travels<proto::rss_item::ListRequest>(&option::rss_item::ListOption::is_new, true) &&
+         Travels<proto::task::ListRequest>(&option::task::ListOption::task_flags,
+                                           type.ToTaskFlag()) &&
+         Travels<proto::thumbnail::ListRequest>(&option::thumbnail::ListOption::file_index, 0);
+}
+
+bool TaskControlRefusesEmptyArguments() {
+  dorvdl::control::Controller controller;
+  dorvdl::control::TaskControl tasks(controller);
+  return !tasks.Delete({}) && !tasks.LoExport(1, "") && !tasks.LoImport(1, "");
+}
+
+bool ControllerHandsOutOwnTables() {
+  using dorvdl::control::Controller;
+  Notes (Controller::*const use)() = &Controller::Use<Notes>;
+  Notes (Controller::*const use_with_name)() = &Controller::UseWithName<Notes>;
+  return use != use_with_name;
+}
+
+bool OwnRecordsAreRecords() {
+  Note note;
+  const bool valid_at_first = note.IsValid();
+  note.set_primary_key(3);
+  return !valid_at_first && note.IsValid();
+}
+
+bool QueriesFailWithoutAConnection() {
+  dorvdbquery::Session session;
+  const auto condition = dorvdbquery::Condition::ConditionFactory<int>("id", ">", 0);
+
+  int id = 0;
+  dorvdbquery::SelectQuery select(session, "note");
+  select.SelectField<int>("id", id);
+  select.Where(condition);
+  dorvdbquery::InsertQuery insert(session, "note");
+  insert.SetInsertAll({"id", "text"});
+  insert.Use(Note());
+  insert.Returning("id", id);
+  dorvdbquery::UpdateQuery update(session, "note");
+  update.SetFactory<int>("id", 1);
+  dorvdbquery::DeleteQuery remove(session, "note");
+  remove.Where(condition);
+
+  dorvdbquery::DefaultTransaction transaction(session);
+  return !session.Good() && !select.Execute() && !insert.Execute() && !update.Execute() &&
+         !remove.Execute() && !transaction.Commit() &&
+         select.Statement().text() == "SELECT id FROM \"note\" WHERE id > $1";
+}
+
+bool TasksHoldTheirFields() {
+  using dorvdl::record::Task;
+  Task task;
+  Json::Value data;
+  data["a"] = 1;
+  task.set_extra_data(data);
+  task.mutable_proto().set_task_flags(Task::GetFlagByURL("https://host/file"));
+  return task.proto().extra_data() == "{\"a\":1}" && task.GetTaskType() == "https" &&
+         Task::GetSelectFields().size() == 35;
+}
+
+bool IdsAreAsBefore(uid_t uid, gid_t gid) { return geteuid() == uid && getegid() == gid; }
+
+bool IdsAreSwitchedAndRestored() {
+  const uid_t uid = geteuid();
+  const gid_t gid = getegid();
+  bool ran = false;
+  IF_RUN_AS(uid, gid) { ran = IdsAreAsBefore(uid, gid); }
+  ENTERCriticalSection;
+  LEAVECriticalSection;
+  return ran && IdsAreAsBefore(uid, gid);
+}
+
+bool FileFunctionsAreLinked() { return GetTmpDownloadDirRealPath(nullptr, 0) == -1; }
 
 bool PlatformIsLinked() { return InitCredentialsByName("nobody", 1) == 0; }
 
@@ -33,11 +182,34 @@ bool LibrariesOfThePublicHeadersAreLinked() {
   return Json::Value("text").asString() == "text" && !session.is_connected();
 }
 
+struct Check {
+  const char* name;
+  bool (*holds)();
+};
+
+constexpr Check kChecks[] = {
+    {"helpers", HelpersWork},
+    {"list options", OptionsTravelInMessages},
+    {"task control", TaskControlRefusesEmptyArguments},
+    {"controller", ControllerHandsOutOwnTables},
+    {"own records", OwnRecordsAreRecords},
+    {"queries", QueriesFailWithoutAConnection},
+    {"tasks", TasksHoldTheirFields},
+    {"privilege", IdsAreSwitchedAndRestored},
+    {"file functions", FileFunctionsAreLinked},
+    {"platform", PlatformIsLinked},
+    {"libraries of the public headers", LibrariesOfThePublicHeadersAreLinked},
+};
+
 }  // namespace
 
 int main() {
-  const bool good = HelpersWork() && OptionsTravelInMessages() && PlatformIsLinked() &&
-                    LibrariesOfThePublicHeadersAreLinked();
-  std::cout << (good ? "all is well\n" : "something is wrong\n");
+  bool good = true;
+  for (const Check& check : kChecks) {
+    if (!check.holds()) {
+      std::cout << "something is wrong with: " << check.name << '\n';
+      good = false;
+    }
+  }
   return good ? EXIT_SUCCESS : EXIT_FAILURE;
 }
