@@ -17,11 +17,12 @@ namespace {
 
 using control::option::task::ListOption;
 using record::Task;
+using test_support::kError;
 using test_support::LogLine;
 using test_support::Show;
 using test_support::TakeLog;
 
-const LogLine kListFailed{3, "db/download_queue", "Failed to execute list operation"};
+const LogLine kListFailed{kError, "db/download_queue", "Failed to execute list operation"};
 
 class DownloadQueueTest : public test_support::DatabaseTest {
  protected:
@@ -146,11 +147,25 @@ TEST_F(DownloadQueueTest, AnEmbeddedNulInAFilterFailsTheList) {
   controller_.db_session();
   TakeLog();
   EXPECT_TRUE(QueueOf("").List(option).empty());
-  EXPECT_EQ(TakeLog(), (std::vector<LogLine>{{3, "dbquery/query",
+  EXPECT_EQ(TakeLog(), (std::vector<LogLine>{{kError, "dbquery/query",
                                               "Failed to execute statement: a text value has an "
                                               "embedded NUL"},
                                              kListFailed}));
   EXPECT_EQ(QueueOf("").Count(option), -1);
+}
+
+// The server would see only the part before the NUL, which is another user's name.
+TEST_F(DownloadQueueTest, AUserNameWithAnEmbeddedNulReachesNothing) {
+  const int id = Insert("username", "'alice'");
+  DownloadQueue queue = QueueOf(std::string("alice\0x", 7));
+  const LogLine refused{kError, "dbquery/query",
+                        "Failed to execute statement: a text value has an embedded NUL"};
+  TakeLog();
+  EXPECT_TRUE(queue.List({}).empty());
+  EXPECT_EQ(TakeLog(), (std::vector<LogLine>{refused, kListFailed}));
+  EXPECT_EQ(queue.Count({}), -1);
+  EXPECT_FALSE(queue.Delete({id}));
+  EXPECT_EQ(raw_.Value("SELECT count(*) FROM download_queue"), "1");
 }
 
 TEST_F(DownloadQueueTest, AnEmptyStatusListRestrictsNothing) {

@@ -131,6 +131,20 @@ TEST_F(AgreementTest, EachColumnMissing) {
   }
 }
 
+// What stands before a column that cannot be read stays in the record, what follows is not set.
+TEST_F(AgreementTest, ReadingEndsAtTheFirstColumnThatCannotBeRead) {
+  const std::string before = "task_id: 7 username: \"alice\" pid: 70 url: \"http://u\" thrown: ";
+  const auto expect_end = [&](const std::string& expression, const std::string& error) {
+    View("filename", expression);
+    for (const std::string& outcome : {BySoci(), ByDecoder()}) {
+      EXPECT_EQ(outcome.find(before), 0U) << outcome;
+      EXPECT_NE(outcome.find(error), std::string::npos) << outcome;
+    }
+  };
+  expect_end("", "Column 'filename' not found");
+  expect_end("7", "std::bad_cast");
+}
+
 TEST_F(AgreementTest, EachColumnUnderANameInCapitals) {
   const auto named = [](const std::string& column, const std::string& name) {
     return column + " AS \"" + name + "\", NULL::integer";
