@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Tests of scripts/setup-common and of what the scripts that source it do first.
+. "$(dirname "$0")/../support/script_test.sh"
+
+# answer STATUS...: a dpkg-query and an apt-get of the test's own; the first prints these lines, the
+# second fails.
+answer() {
+  mkdir -p "$scratch/bin"
+  printf '#!/bin/sh\nprintf "%%s\\n" %s\n' "$*" >"$scratch/bin/dpkg-query"
+  printf '#!/bin/sh\nexit 100\n' >"$scratch/bin/apt-get"
+  chmod +x "$scratch"/bin/*
+  PATH=$scratch/bin:$PATH
+}
+
+installed() {
+  bash -c '. "$1/scripts/setup-common" && installed some-package' bash "$checkout"
+}
+
+test_a_package_is_installed_when_it_is_so_for_an_architecture() {
+  answer installed
+  expect_status 0 installed
+  answer config-files installed
+  expect_status 0 installed
+}
+
+test_other_states_are_not_installed() {
+  local state
+  for state in not-installed half-installed config-files; do
+    answer "$state"
+    expect_status 1 installed
+  done
+}
+
+test_help_comes_before_any_package() {
+  answer not-installed
+  expect_status 0 "$checkout/scripts/test" --help
+  expect_contains "$output" "usage: scripts/test [--preset"
+}
+
+run_test "$@"
