@@ -216,6 +216,7 @@ test_wrong_calls_exit_with_2() {
   expect_status 2 "$private_server" run
   expect_status 2 "$private_server" run --nonsense true
   expect_status 2 "$private_server" run --cpu one -- true
+  expect_status 2 "$private_server" run --owner $$ -- true
   expect_status 2 "$private_server" start extra
   expect_status 2 "$private_server" stop
   expect_status 1 "$private_server" stop "$scratch"
