@@ -331,6 +331,16 @@ test_remove_names_the_missing_and_removes_the_rest() {
   expect_equal "$(listed)" '4 6'
 }
 
+# Reading task 1 ends the session, as a server that goes down would.
+test_nothing_is_done_after_the_connection_is_lost() {
+  some_tasks
+  query 'ALTER TABLE download_queue RENAME TO kept'
+  query 'CREATE VIEW download_queue AS SELECT * FROM kept
+    WHERE task_id <> 1 OR pg_terminate_backend(pg_backend_pid())'
+  refused 1 "the database operation failed" task remove 1 2
+  expect_equal "$(query 'SELECT count(*) FROM kept')" 6
+}
+
 test_users_are_kept_apart() {
   some_tasks
   query "UPDATE download_queue SET file_oid = lo_from_bytea(0, 'x') WHERE task_id = 3"
@@ -390,12 +400,14 @@ test_a_newer_schema_is_refused() {
 }
 
 test_the_newest_schema_of_this_checkout_is_known() {
-  local files=("$checkout"/schema/*.sql)
+  local files=("$checkout"/schema/*.sql) newest
+  newest=$(basename "${files[-1]}")
+  newest=$((10#${newest%%_*}))
   query 'DELETE FROM schema_version'
-  query "INSERT INTO schema_version (version, name) VALUES (${#files[@]}, 'newest')"
+  query "INSERT INTO schema_version (version, name) VALUES ($newest, 'newest')"
   expect_run 0 task list
   query "UPDATE schema_version SET version = version + 1"
-  refused 1 "the database's schema is at version $((${#files[@]} + 1))" task list
+  refused 1 "the database's schema is at version $((newest + 1))" task list
 }
 
 test_a_database_without_a_schema_is_refused() {

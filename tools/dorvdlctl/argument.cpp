@@ -1,7 +1,9 @@
 #include "argument.h"
 
 #include <limits>
+#include <string>
 
+#include "parse_number.h"
 #include "rendering/text.h"
 
 namespace dorvdl::ctl {

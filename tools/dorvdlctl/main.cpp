@@ -98,8 +98,8 @@ ExitStatus Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   using namespace dorvdl::ctl;
-  UseUtf8();
   try {
+    UseUtf8();
     return Run(argc, argv);
   } catch (const std::exception& error) {
     Complain(error.what());

@@ -27,10 +27,10 @@ void JudgeSchema(dorvdbquery::Session& session) {
   }
 }
 
-std::shared_ptr<db::DBSession> Connect() {
-  std::shared_ptr<db::DBSession> session;
+std::unique_ptr<db::DBSession> Connect() {
+  std::unique_ptr<db::DBSession> session;
   try {
-    session = std::make_shared<db::DBSession>();
+    session = std::make_unique<db::DBSession>();
   } catch (const soci::soci_error& error) {
     throw Failure(error.what());
   }
@@ -41,9 +41,7 @@ std::shared_ptr<db::DBSession> Connect() {
 }  // namespace
 
 Work::Work(const GlobalOptions& global)
-    : session_(Connect()), controller_(session_), transaction_(session_->session()) {
-  controller_.set_username(global.user);
-}
+    : session_(Connect()), transaction_(session_->session()), tasks_(*session_, global.user) {}
 
 void Work::Commit() {
   if (!transaction_.Commit()) {

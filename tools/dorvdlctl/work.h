@@ -2,7 +2,8 @@
 #ifndef DORVDLCTL_WORK_H_
 #define DORVDLCTL_WORK_H_
 
-#include <dorvdl/control/controller.h>
+#include <dorvdl/db/download_queue.h>
+#include <dorvdl/db/session.h>
 #include <dorvdl/dbquery/transaction.h>
 
 #include <memory>
@@ -13,7 +14,8 @@ namespace dorvdl::ctl {
 
 // A connection and one transaction on it, in which a command does all it does: nothing stays of a
 // command that fails half-way. The transaction also tells a failure from an empty result, which
-// looks the same in what the controls return.
+// looks the same in what the operations return. (Hence no controller: it would replace a connection
+// that is lost half-way, and what is left of the command would last outside the transaction.)
 class Work {
  public:
   // Connects, and refuses a database whose schema this tool does not know.
@@ -21,15 +23,15 @@ class Work {
   explicit Work(const GlobalOptions& global);
 
   // Acts for the user of the options.
-  control::Controller& controller() { return controller_; }
+  db::DownloadQueue& tasks() { return tasks_; }
 
   // Ends the work; throws Failure unless every statement has succeeded.
   void Commit();
 
  private:
-  const std::shared_ptr<db::DBSession> session_;  // outlives the transaction, even a lost one
-  control::Controller controller_;
+  const std::unique_ptr<db::DBSession> session_;
   dorvdbquery::DefaultTransaction transaction_;
+  db::DownloadQueue tasks_;
 };
 
 }  // namespace dorvdl::ctl

@@ -1,4 +1,3 @@
-#include <dorvdl/control/task_control.h>
 #include <dorvdl/record/task_status.h>
 
 #include <ctime>
@@ -66,9 +65,8 @@ void Add(const Arguments& arguments, const GlobalOptions& global) {
   }
   std::vector<NewTask> created = NewTasks(arguments, global);
   Work work(global);
-  control::TaskControl control(work.controller());
   for (NewTask& one : created) {
-    if (!control.Create(one.task, one.source_path)) {
+    if (!work.tasks().Create(one.task, one.source_path)) {
       throw Failure("no task was added; details are in the system log");
     }
   }

@@ -1,7 +1,5 @@
 #include "task/common.h"
 
-#include <dorvdl/control/task_control.h>
-
 #include <fstream>
 #include <iostream>
 
@@ -53,7 +51,7 @@ Failure NoSuchTask(const std::vector<std::int32_t>& ids, const GlobalOptions& gl
 }
 
 record::Task GetTask(Work& work, std::int32_t id, const GlobalOptions& global) {
-  record::Task task = control::TaskControl(work.controller()).Get(id);
+  record::Task task = work.tasks().Get(id);
   if (!task.IsValid()) {
     work.Commit();  // complains when the reading failed
     throw NoSuchTask({id}, global);

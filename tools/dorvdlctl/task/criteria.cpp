@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "argument.h"
+#include "parse_number.h"
 #include "rendering/status_word.h"
 
 namespace dorvdl::ctl {

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "argument.h"
 #include "outcome.h"
+#include "parse_number.h"
 #include "rendering/text.h"
 
 namespace dorvdl::ctl {

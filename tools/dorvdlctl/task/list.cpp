@@ -1,4 +1,3 @@
-#include <dorvdl/control/task_control.h>
 #include <dorvdl/record/task_status.h>
 
 #include <algorithm>
@@ -68,7 +67,7 @@ void PrintJson(const std::vector<record::Task>& tasks) {
 
 void List(const ListOption& option, const GlobalOptions& global) {
   Work work(global);
-  const std::vector<record::Task> tasks = control::TaskControl(work.controller()).List(option);
+  const std::vector<record::Task> tasks = work.tasks().List(option);
   work.Commit();
   if (global.json) {
     PrintJson(tasks);

@@ -1,5 +1,3 @@
-#include <dorvdl/control/task_control.h>
-
 #include <memory>
 
 #include "argument.h"
@@ -11,14 +9,13 @@ namespace {
 
 void Remove(const std::vector<std::int32_t>& ids, const GlobalOptions& global) {
   Work work(global);
-  control::TaskControl control(work.controller());
   std::vector<std::int32_t> found;
   std::vector<std::int32_t> missing;
   for (const std::int32_t id : ids) {
-    (control.Get(id).IsValid() ? found : missing).push_back(id);
+    (work.tasks().Get(id).IsValid() ? found : missing).push_back(id);
   }
   if (!found.empty()) {
-    control.Delete(found);  // a failure makes the commit fail
+    work.tasks().Delete(found);  // a failure makes the commit fail
   }
   work.Commit();
   if (!missing.empty()) {

@@ -1,5 +1,3 @@
-#include <dorvdl/control/task_control.h>
-
 #include <memory>
 
 #include "task/commands.h"
@@ -36,7 +34,7 @@ void Set(const Arguments& arguments, const GlobalOptions& global) {
   const record::Task changes = Changes(arguments);
   Work work(global);
   GetTask(work, arguments.id, global);
-  control::TaskControl(work.controller()).Update(changes);  // a failure makes the commit fail
+  work.tasks().Update(changes);  // a failure makes the commit fail
   work.Commit();
 }
 

@@ -1,6 +1,4 @@
 // The commands on the torrent or NZB file that is stored with a task.
-#include <dorvdl/control/task_control.h>
-
 #include <memory>
 
 #include "task/commands.h"
@@ -17,7 +15,7 @@ struct Arguments {
 void Import(const Arguments& arguments, const GlobalOptions& global) {
   Work work(global);
   GetTask(work, arguments.id, global);
-  if (!control::TaskControl(work.controller()).LoImport(arguments.id, arguments.path)) {
+  if (!work.tasks().LoImport(arguments.id, arguments.path)) {
     throw Failure(arguments.path + " could not be stored; details are in the system log");
   }
   work.Commit();
@@ -28,7 +26,7 @@ void Export(const Arguments& arguments, const GlobalOptions& global) {
   if (GetTask(work, arguments.id, global).proto().file_oid() == 0) {
     throw Failure("no file is stored with task " + std::to_string(arguments.id));
   }
-  if (!control::TaskControl(work.controller()).LoExport(arguments.id, arguments.path)) {
+  if (!work.tasks().LoExport(arguments.id, arguments.path)) {
     throw Failure(arguments.path + " could not be written; details are in the system log");
   }
   work.Commit();
