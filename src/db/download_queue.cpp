@@ -93,18 +93,16 @@ Condition DownloadQueue::GetCondition(const ListOption& option) const {
 }
 
 std::vector<record::Task> DownloadQueue::List(const ListOption& option) {
-  record::Task task;
+  std::vector<record::Task> tasks;
   SelectQuery query(GetSession(), GetTableName());
   query.SelectFields(TaskColumns());
-  IntoRecord(query, task);
   ApplyPaging(option.common, query);
   ApplyOrder(option, Direction(option.common), query);
   query.Where(GetCondition(option));
-  if (!query.ExecuteWithoutPreFetch()) {
+  if (!ReadAll(query, tasks)) {
     DORVDL_LOG(LOG_ERR, "Failed to execute list operation");
-    return {};
   }
-  return FetchAll(query, task);
+  return tasks;
 }
 
 int DownloadQueue::Count(const ListOption& option) {

@@ -49,7 +49,15 @@ void MessageRecord<Self, Message>::soci_ToBase(soci::values& values,
 
 template <typename Self, typename Message>
 std::shared_ptr<dorvdbquery::RowTarget> MessageRecord<Self, Message>::RowTarget() {
-  return std::make_shared<RowDecoder>(Self::Columns(), message_);
+  return std::make_shared<RowDecoder>(Self::Columns(),
+                                      [this]() -> MessageLite& { return message_; });
+}
+
+template <typename Self, typename Message>
+std::shared_ptr<dorvdbquery::RowTarget> MessageRecord<Self, Message>::AppendingTarget(
+    std::vector<Self>& records) {
+  return std::make_shared<RowDecoder>(
+      Self::Columns(), [&records]() -> MessageLite& { return records.emplace_back().message_; });
 }
 
 }  // namespace dorvdl::record

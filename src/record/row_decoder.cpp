@@ -49,13 +49,15 @@ void RowDecoder::Describe(const ResultRow& row) {
 }
 
 void RowDecoder::Read(const ResultRow& row) {
+  MessageLite& message = destination_();
   const Source* source = sources_.data();
   for (const Column& column : table_.columns()) {
-    ReadColumn(column, *source++, row);
+    ReadColumn(column, *source++, row, message);
   }
 }
 
-void RowDecoder::ReadColumn(const Column& column, const Source& source, const ResultRow& row) {
+void RowDecoder::ReadColumn(const Column& column, const Source& source, const ResultRow& row,
+                            MessageLite& message) {
   if (source.position < 0) {
     ThrowMissing(column);
   }
@@ -69,13 +71,13 @@ void RowDecoder::ReadColumn(const Column& column, const Source& source, const Re
     ThrowNull();
   }
   if (const auto* const integer = std::get_if<IntField>(&column.field())) {
-    integer->set(message_, is_null ? 0 : ParseNumber<std::int32_t>(text));
+    integer->set(message, is_null ? 0 : ParseNumber<std::int32_t>(text));
   } else if (const auto* const bigint = std::get_if<BigintField>(&column.field())) {
-    bigint->set(message_, is_null ? 0 : ParseNumber<std::int64_t>(text));
+    bigint->set(message, is_null ? 0 : ParseNumber<std::int64_t>(text));
   } else if (is_null) {
-    column.StoreNullText(message_);
+    column.StoreNullText(message);
   } else {
-    column.StoreText(message_, std::string(text));
+    column.StoreText(message, std::string(text));
   }
 }
 

@@ -4,6 +4,8 @@
 
 #include <dorvdl/dbquery/row_target.h>
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include "record/column_table.h"
@@ -14,8 +16,12 @@ namespace dorvdl::record {
 // allocation per column and row.
 class RowDecoder : public dorvdbquery::RowTarget {
  public:
-  // Both must outlive this object.
-  RowDecoder(const ColumnTable& table, MessageLite& message) : table_(table), message_(message) {}
+  // What the next row is decoded into; asked for once per row.
+  using Destination = std::function<MessageLite&()>;
+
+  // The table must outlive this object.
+  RowDecoder(const ColumnTable& table, Destination destination)
+      : table_(table), destination_(std::move(destination)) {}
 
   void Describe(const dorvdbquery::ResultRow& row) override;
   void Read(const dorvdbquery::ResultRow& row) override;
@@ -27,10 +33,11 @@ class RowDecoder : public dorvdbquery::RowTarget {
     bool type_is_readable;  // as the type of the column's field
   };
 
-  void ReadColumn(const Column& column, const Source& source, const dorvdbquery::ResultRow& row);
+  static void ReadColumn(const Column& column, const Source& source,
+                         const dorvdbquery::ResultRow& row, MessageLite& message);
 
   const ColumnTable& table_;
-  MessageLite& message_;
+  const Destination destination_;
   std::vector<Source> sources_;
 };
 

@@ -101,12 +101,9 @@ class DORVDL_EXPORT DBOperator {
                                            : dorvdbquery::SelectQuery::kDescending;
   }
 
-  /// Binds the rows of @p query to @p record, which must outlive the query's use.
-  static void IntoRecord(dorvdbquery::SelectQuery& query, Record& record);
-
-  /// The rest of an executed query's rows, each a record of its own. @p record is what the rows
-  /// were bound to.
-  static std::vector<Record> FetchAll(dorvdbquery::SelectQuery& query, Record& record);
+  /// Runs @p query, whose rows are whole records, and appends each row to @p records; false when
+  /// the execution failed.
+  static bool ReadAll(dorvdbquery::SelectQuery& query, std::vector<Record>& records);
 
  private:
   Condition KeyIs(int key) {
@@ -166,7 +163,11 @@ Record DBOperator<Record>::Get(int key, const Condition& condition) {
   Record record;
   dorvdbquery::SelectQuery query(GetSession(), GetTableName());
   query.Where(KeyIs(key) && condition);
-  IntoRecord(query, record);
+  if constexpr (record::kIsMessageRecord<Record>) {
+    query.IntoRow(record.RowTarget());
+  } else {
+    query.Into(record);
+  }
   query.Execute();  // a failure leaves the record as invalid as a missing row does
   return record;
 }
@@ -174,19 +175,17 @@ Record DBOperator<Record>::Get(int key, const Condition& condition) {
 template <typename Record>
 std::vector<Record> DBOperator<Record>::List(const control::option::common::ListOption& option,
                                              const Condition& condition) {
-  Record record;
+  std::vector<Record> records;
   dorvdbquery::SelectQuery query(GetSession(), GetTableName());
-  IntoRecord(query, record);
   ApplyPaging(option, query);
   if (option.sort_by) {
     query.OrderBy(*option.sort_by, Direction(option));
   }
   query.Where(condition);
-  if (!query.ExecuteWithoutPreFetch()) {
+  if (!ReadAll(query, records)) {
     DORVDL_LOG(LOG_ERR, "Failed to execute list operation");
-    return {};
   }
-  return FetchAll(query, record);
+  return records;
 }
 
 template <typename Record>
@@ -229,24 +228,24 @@ void DBOperator<Record>::ApplyPaging(const control::option::common::ListOption& 
 }
 
 template <typename Record>
-void DBOperator<Record>::IntoRecord(dorvdbquery::SelectQuery& query, Record& record) {
+bool DBOperator<Record>::ReadAll(dorvdbquery::SelectQuery& query, std::vector<Record>& records) {
+  Record record;
   if constexpr (record::kIsMessageRecord<Record>) {
-    query.IntoRow(record.RowTarget());
+    query.IntoRow(Record::AppendingTarget(records));
   } else {
     query.Into(record);
   }
-}
-
-template <typename Record>
-std::vector<Record> DBOperator<Record>::FetchAll(dorvdbquery::SelectQuery& query, Record& record) {
-  std::vector<Record> records;
+  if (!query.ExecuteWithoutPreFetch()) {
+    return false;
+  }
   records.reserve(static_cast<std::size_t>(query.RowCount()));
   while (query.Fetch()) {
-    // Moved where the record can be, and a new one for the next row: hooks that skip a NULL must
-    // not find the value of the row before.
-    records.push_back(std::exchange(record, Record()));
+    if constexpr (!record::kIsMessageRecord<Record>) {
+      // A new record for the next row: hooks that skip a NULL must not find the value of this one.
+      records.push_back(std::exchange(record, Record()));
+    }
   }
-  return records;
+  return true;
 }
 
 }  // namespace dorvdl::db

@@ -48,6 +48,9 @@ class MessageRecord : public RecordBase {
   /// the target.
   std::shared_ptr<dorvdbquery::RowTarget> RowTarget();
 
+  /// Decodes each row into a new record at the end of @p records, which must outlive the target.
+  static std::shared_ptr<dorvdbquery::RowTarget> AppendingTarget(std::vector<Self>& records);
+
  private:
   Message message_;
 };

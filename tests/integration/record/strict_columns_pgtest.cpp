@@ -55,7 +55,8 @@ class StrictColumnsTest : public test_support::DatabaseTest {
     dorvdbquery::SelectQuery query(session_.session(), "download_queue");
     StrictRow row;
     if (by_decoder) {
-      query.IntoRow(std::make_shared<RowDecoder>(StrictColumns(), message));
+      query.IntoRow(std::make_shared<RowDecoder>(StrictColumns(),
+                                                 [&message]() -> MessageLite& { return message; }));
     } else {
       query.Into(row);
     }
