@@ -1,12 +1,12 @@
 #include <dorvdl/db/download_queue.h>
 #include <dorvdl/dbquery/transaction.h>
 #include <dorvdl/util/log.h>
-#include <dorvdl/util/to_lower.h>
-#include <dorvdl/util/wrapper.h>
 
 #include <boost/algorithm/string/predicate.hpp>
 #include <locale>
 #include <utility>
+
+#include "db/conditions.h"
 
 namespace dorvdl::db {
 namespace {
@@ -61,23 +61,14 @@ const char* DownloadQueue::GetTableName() { return "download_queue"; }
 
 const char* DownloadQueue::GetPrimaryKeyName() { return "task_id"; }
 
-Condition DownloadQueue::GetUserCondition() const {
-  if (user_.empty()) {
-    return Condition::Null();
-  }
-  return Condition::ConditionFactory<std::string>(util::Wrapper::Lower("username"), "=",
-                                                  util::ToLower(user_));
-}
+Condition DownloadQueue::GetUserCondition() const { return BelongsTo(user_); }
 
 Condition DownloadQueue::GetCondition(const ListOption& option) const {
   Condition condition = GetUserCondition();
   if (option.filename) {
     condition = condition && Condition::HasSubstring("filename", *option.filename);
   }
-  if (option.waiting_until_time) {
-    condition = condition && Condition::ConditionFactory<int>("waiting_until_time", ">",
-                                                              *option.waiting_until_time);
-  }
+  condition = condition && WhenSet("waiting_until_time", ">", option.waiting_until_time);
   if (option.task_flags) {
     // The mask is a part of the text, as the column is; being a number it can do no harm there. A
     // negative one reads as an operator "&-", so the list fails: no flag has that bit.

@@ -14,6 +14,14 @@ bool IsOperator(const std::string& op) {
          op.find_first_not_of(kAllowed) == std::string::npos;
 }
 
+void AppendOperator(const std::string& op, SqlText& statement) {
+  if (!IsOperator(op)) {
+    statement.Refuse("a comparison has no valid operator");
+    return;
+  }
+  statement.Append(" ").Append(op).Append(" ");
+}
+
 }  // namespace
 
 template <typename Append>
@@ -33,11 +41,18 @@ Condition Condition::Null() { return {}; }
 Condition Condition::Compare(const std::string& expression, const std::string& op,
                              Parameter value) {
   return Of([expression, op, value = std::move(value)](SqlText& statement) {
-    if (!IsOperator(op)) {
-      statement.Refuse("a comparison has no valid operator");
-      return;
-    }
-    statement.Append(expression).Append(" ").Append(op).Append(" ").Bind(value);
+    statement.Append(expression);
+    AppendOperator(op, statement);
+    statement.Bind(value);
+  });
+}
+
+Condition Condition::CompareTexts(const std::string& subject, const std::string& op,
+                                  const std::string& value) {
+  return Of([subject, op, value](SqlText& statement) {
+    statement.Bind(subject);
+    AppendOperator(op, statement);
+    statement.Bind(value);
   });
 }
 

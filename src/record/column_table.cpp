@@ -7,7 +7,8 @@
 namespace dorvdl::record {
 namespace {
 
-// How a field's value is handed to SOCI and to the query builder.
+// How a field's value is handed to SOCI and to the query builder: a boolean as 0 or 1.
+int SqlValue(bool value) { return value ? 1 : 0; }
 int SqlValue(std::int32_t value) { return value; }
 long long SqlValue(std::int64_t value) { return value; }
 const std::string& SqlValue(const std::string& value) { return value; }
@@ -24,8 +25,7 @@ void ForEachPresent(const std::vector<Column>& columns, const MessageLite& messa
                     Visitor&& visit) {
   for (const Column& column : columns) {
     if (column.IsPresent(message)) {
-      std::visit([&](const auto& field) { visit(column, SqlValue(field.get(message))); },
-                 column.field());
+      std::visit([&](const auto& field) { visit(column, field.get(message)); }, column.field());
     }
   }
 }
@@ -41,7 +41,8 @@ void Column::StoreNullText(MessageLite& message) const {
   std::get<TextField>(field_).set(message, *null_text_);
 }
 
-ColumnTable::ColumnTable(std::vector<Column> columns) : columns_(std::move(columns)) {
+ColumnTable::ColumnTable(std::vector<Column> columns, Rendering rendering)
+    : columns_(std::move(columns)), rendering_(rendering) {
   for (const Column& column : columns_) {
     if (column.is_key()) {
       key_ = &column;
@@ -80,15 +81,15 @@ std::vector<std::string> ColumnTable::PresentNames(const MessageLite& message) c
 std::vector<dorvdbquery::Parameter> ColumnTable::PresentValues(const MessageLite& message) const {
   std::vector<dorvdbquery::Parameter> values;
   ForEachPresent(columns_, message, [&](const Column&, const auto& value) {
-    values.push_back(dorvdbquery::ToParameter(value));
+    values.push_back(dorvdbquery::ToParameter(SqlValue(value)));
   });
   return values;
 }
 
 void ColumnTable::BindUpdate(const MessageLite& message, dorvdbquery::UpdateQuery& query) const {
   ForEachPresent(columns_, message, [&](const Column& column, const auto& value) {
-    if (!column.is_key()) {
-      query.SetFactory(column.name(), value);
+    if (column.is_updated()) {
+      query.SetFactory(column.name(), SqlValue(value));
     }
   });
 }
@@ -99,6 +100,8 @@ void ColumnTable::FromValues(const soci::values& values, MessageLite& message) c
       integer->set(message, ReadValue<int>(values, column));
     } else if (const auto* const bigint = std::get_if<BigintField>(&column.field())) {
       bigint->set(message, ReadValue<long long>(values, column));
+    } else if (const auto* const boolean = std::get_if<BoolField>(&column.field())) {
+      boolean->set(message, ReadValue<int>(values, column) == 1);
     } else {
       std::string text = ReadValue<std::string>(values, column);
       if (values.get_indicator(column.name()) == soci::i_null) {
@@ -112,8 +115,16 @@ void ColumnTable::FromValues(const soci::values& values, MessageLite& message) c
 
 void ColumnTable::ToValues(const MessageLite& message, soci::values& values) const {
   ForEachPresent(columns_, message, [&](const Column& column, const auto& value) {
-    values.set(column.name(), value);
+    values.set(column.name(), SqlValue(value));
   });
+}
+
+void ColumnTable::ToJson(const MessageLite& message, Json::Value& json) const {
+  if (!json.isObject()) {
+    json = Json::objectValue;
+  }
+  ForEachPresent(columns_, message,
+                 [&](const Column& column, const auto& value) { json[column.name()] = value; });
 }
 
 }  // namespace dorvdl::record

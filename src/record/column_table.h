@@ -5,6 +5,7 @@
 #include <dorvdl/dbquery/parameter.h>
 #include <dorvdl/dbquery/update_query.h>
 #include <google/protobuf/message_lite.h>
+#include <json/value.h>
 #include <soci/soci.h>
 
 #include <cstdint>
@@ -26,8 +27,9 @@ struct Accessors {
 };
 using IntField = Accessors<std::int32_t, std::int32_t>;
 using BigintField = Accessors<std::int64_t, std::int64_t>;
+using BoolField = Accessors<bool, bool>;
 using TextField = Accessors<const std::string&, std::string>;
-using Field = std::variant<IntField, BigintField, TextField>;
+using Field = std::variant<IntField, BigintField, BoolField, TextField>;
 
 // The kind of field whose generated getter returns T; there is none for other types.
 template <typename T>
@@ -39,6 +41,10 @@ struct FieldFor<std::int32_t> {
 template <>
 struct FieldFor<std::int64_t> {
   using Type = BigintField;
+};
+template <>
+struct FieldFor<bool> {
+  using Type = BoolField;
 };
 template <>
 struct FieldFor<const std::string&> {
@@ -54,8 +60,12 @@ class Column {
   Column(const char* name, bool (*has)(const MessageLite&), const Field& field)
       : name_(name), has_(has), field_(field) {}
 
-  // The record's key: what primary_key() reports. It is never in an update's SET list.
+  // The record's key: what primary_key() reports when it is an integer. It is not in an update's
+  // SET list.
   Column Key() const { return With(&Column::is_key_, true); }
+
+  // A key that an update assigns all the same.
+  Column UpdatedKey() const { return Key().With(&Column::is_updated_, true); }
 
   // A NULL reads as 0, or as @p text, just as it stands; without this it is an error.
   Column NullAs(const char* text = "") const {
@@ -69,6 +79,7 @@ class Column {
 
   const std::string& name() const { return name_; }
   bool is_key() const { return is_key_; }
+  bool is_updated() const { return is_updated_ || !is_key_; }
   const Field& field() const { return field_; }
   bool IsPresent(const MessageLite& message) const { return has_(message); }
 
@@ -91,6 +102,7 @@ class Column {
   bool (*has_)(const MessageLite&);
   Field field_;
   bool is_key_ = false;
+  bool is_updated_ = false;
   std::optional<std::string> null_text_;
   TextConversion conversion_ = nullptr;
 };
@@ -115,7 +127,10 @@ class Column {
 // passed must be of the type that the table was made for.
 class ColumnTable {
  public:
-  explicit ColumnTable(std::vector<Column> columns);
+  // Whether the records render themselves as JSON.
+  enum class Rendering { kNone, kJson };
+
+  explicit ColumnTable(std::vector<Column> columns, Rendering rendering = Rendering::kNone);
   ColumnTable(const ColumnTable&) = delete;
   ColumnTable& operator=(const ColumnTable&) = delete;
 
@@ -125,7 +140,7 @@ class ColumnTable {
   std::vector<std::string> PresentNames(const MessageLite& message) const;
   std::vector<dorvdbquery::Parameter> PresentValues(const MessageLite& message) const;
 
-  // Assigns every present column but the key.
+  // Assigns every present column but a plain key.
   void BindUpdate(const MessageLite& message, dorvdbquery::UpdateQuery& query) const;
 
   // Reads all columns; throws what SOCI throws, with the columns before the failing one stored.
@@ -133,6 +148,12 @@ class ColumnTable {
 
   // Sets every present column.
   void ToValues(const MessageLite& message, soci::values& values) const;
+
+  Rendering rendering() const { return rendering_; }
+
+  // Sets a key of @p json for every present column and leaves its other keys alone. A value that is
+  // no object becomes one.
+  void ToJson(const MessageLite& message, Json::Value& json) const;
 
   // The key column's value. Ends the process in a table without an integer key, for which nothing
   // may ask.
@@ -143,6 +164,7 @@ class ColumnTable {
   const IntField& KeyField() const;
 
   std::vector<Column> columns_;
+  Rendering rendering_;
   const Column* key_ = nullptr;
 };
 

@@ -26,6 +26,15 @@ std::vector<dorvdbquery::Parameter> MessageRecord<Self, Message>::InsertValues()
 }
 
 template <typename Self, typename Message>
+void MessageRecord<Self, Message>::ToJson(Json::Value& json) const {
+  if (Self::Columns().rendering() == ColumnTable::Rendering::kJson) {
+    Self::Columns().ToJson(message_, json);
+  } else {
+    RecordBase::ToJson(json);
+  }
+}
+
+template <typename Self, typename Message>
 int MessageRecord<Self, Message>::primary_key() const {
   return Self::Columns().key(message_);
 }

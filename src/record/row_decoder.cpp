@@ -14,6 +14,7 @@ using dorvdbquery::ValueKind;
 struct ReadableKind {
   ValueKind operator()(const IntField&) const { return ValueKind::kInt; }
   ValueKind operator()(const BigintField&) const { return ValueKind::kBigint; }
+  ValueKind operator()(const BoolField&) const { return ValueKind::kInt; }
   ValueKind operator()(const TextField&) const { return ValueKind::kText; }
 };
 
@@ -74,6 +75,8 @@ void RowDecoder::ReadColumn(const Column& column, const Source& source, const Re
     integer->set(message, is_null ? 0 : ParseNumber<std::int32_t>(text));
   } else if (const auto* const bigint = std::get_if<BigintField>(&column.field())) {
     bigint->set(message, is_null ? 0 : ParseNumber<std::int64_t>(text));
+  } else if (const auto* const boolean = std::get_if<BoolField>(&column.field())) {
+    boolean->set(message, !is_null && ParseNumber<std::int32_t>(text) == 1);
   } else if (is_null) {
     column.StoreNullText(message);
   } else {

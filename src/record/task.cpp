@@ -17,8 +17,6 @@
 namespace dorvdl::record {
 namespace {
 
-using Message = proto::Task;
-
 // The field keeps the column's text as a quoted JSON text, as extra_data() expects it.
 std::string QuoteAsJson(const std::string& text) { return util::JsonToText(Json::Value(text)); }
 
@@ -51,6 +49,7 @@ constexpr Protocol kUrlPrefixes[] = {
 template class MessageRecord<Task, proto::Task>;
 
 const ColumnTable& Task::Columns() {
+  using Message = proto::Task;
   static const ColumnTable columns({
       DORVDL_COLUMN(task_id).Key().NullAs(),
       DORVDL_COLUMN(username).NullAs(),

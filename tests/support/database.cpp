@@ -74,7 +74,9 @@ std::string RawConnection::Value(const std::string& sql) {
 
 DatabaseTest::DatabaseTest() {
   raw_.Run(
-      "TRUNCATE download_queue RESTART IDENTITY;"
+      "TRUNCATE download_queue, rss_feed, rss_item, rss_filter, thumbnail, task_plugin, "
+      "notification,"
+      " user_setting RESTART IDENTITY;"
       "SELECT lo_unlink(oid) FROM pg_largeobject_metadata");
 }
 

@@ -34,6 +34,11 @@ class DORVDL_EXPORT Condition {
     return Compare(expression, op, ToParameter(value));
   }
 
+  /// The comparison `subject op value` of two texts that are both bound as parameters; for a
+  /// subject that is no column but a text from elsewhere. The rest is as for ConditionFactory().
+  static Condition CompareTexts(const std::string& subject, const std::string& op,
+                                const std::string& value);
+
   /// True for rows whose @p column (a plain identifier) holds one of @p values; FALSE for no
   /// values. All values travel as one array parameter, so the text does not grow with them.
   template <typename T>

@@ -36,6 +36,11 @@ class MessageRecord : public RecordBase {
 
   void BindUpdateField(dorvdbquery::UpdateQuery& query) const override;
   std::vector<std::string> GetInsertFields() const override;
+
+  /// In the records that are shown as JSON (RSS feeds, filters and items, thumbnails): sets a key
+  /// of @p json for every present column and leaves its other keys alone; a value that is no object
+  /// becomes one. In the others: empties @p json.
+  void ToJson(Json::Value& json) const override;
   int primary_key() const override;
   void set_primary_key(int key) override;
   void soci_FromBase(const soci::values& values) override;

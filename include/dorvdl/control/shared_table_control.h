@@ -1,0 +1,52 @@
+/// @file
+/// What the controls of tables without owners have in common.
+#ifndef DORVDL_CONTROL_SHARED_TABLE_CONTROL_H_
+#define DORVDL_CONTROL_SHARED_TABLE_CONTROL_H_
+
+#include <dorvdl/control/controller.h>
+#include <dorvdl/util/export.h>
+
+#include <vector>
+
+namespace dorvdl::control {
+
+/// The control of a table whose rows belong to no user: creates, updates, deletes and gets rows by
+/// key alone, whoever the controller acts for.
+///
+/// Cheap to make, holds nothing but its controller, and must not outlive it. Failures come back as
+/// results, after log lines of the layers below. What is thrown comes from those layers:
+/// `soci::soci_error` when the connection cannot be opened or a row cannot be read, `std::bad_cast`
+/// for a column of another type.
+///
+/// @tparam Interface  the interface that the control implements.
+/// @tparam Table      the table's accessor; complete only where the control is implemented.
+template <typename Interface, typename Table, typename Record>
+class DORVDL_EXPORT SharedTableControl : public Interface {
+ public:
+  explicit SharedTableControl(Controller& controller) : controller_(controller) {}
+
+  /// Inserts the present fields of @p record and, on success, sets its key.
+  bool Create(Record& record) override;
+
+  /// Writes the present fields of @p record to the row with its key. True also when there is none.
+  bool Update(const Record& record) override;
+
+  /// Deletes the rows with these keys. False for no keys, without asking the database.
+  bool Delete(const std::vector<int>& ids) override;
+
+  /// The row with this key; not valid when there is none.
+  Record Get(int id) override;
+
+ protected:
+  ~SharedTableControl() = default;
+
+  /// A new accessor, for one call.
+  Table table() { return controller_.template Use<Table>(); }
+
+ private:
+  Controller& controller_;
+};
+
+}  // namespace dorvdl::control
+
+#endif  // DORVDL_CONTROL_SHARED_TABLE_CONTROL_H_

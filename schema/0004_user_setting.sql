@@ -1,0 +1,10 @@
+-- The download settings of each user. Booleans are integers, and only 1 is true.
+CREATE TABLE user_setting (
+  username            text PRIMARY KEY,
+  uid                 integer DEFAULT 0,
+  share_folder        text    DEFAULT '',
+  user_disabled       integer DEFAULT 0,
+  delete_watchtorrent integer DEFAULT 0,
+  watchfolder         text    DEFAULT '',
+  enable_watchffolder integer DEFAULT 0  -- spelt like this in what the programs exchange
+);

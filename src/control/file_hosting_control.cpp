@@ -1,0 +1,26 @@
+#include <dorvdl/control/file_hosting_control.h>
+#include <dorvdl/control/task_control.h>
+#include <dorvdl/record/task_status.h>
+
+#include "control/restart.h"
+
+namespace dorvdl::control {
+
+bool FileHostingControl::RestartHostWaitingTask(int task_id) {
+  const record::Task task = TaskControl(controller_).Get(task_id);
+  return task.IsValid() && task.proto().status() == record::kStatusFileHostingWaiting &&
+         SetToWaiting(controller_, task_id);
+}
+
+bool FileHostingControl::RestartAllHostWaitingTask() {
+  for (const int task_id : TasksInStatus(controller_, record::kStatusFileHostingWaiting)) {
+    // Here and not in the restart of one task: who restarts a single one may want its plug-in to go
+    // on with what it kept.
+    if (RestartHostWaitingTask(task_id)) {
+      ClearPluginAttributes(controller_, task_id);
+    }
+  }
+  return true;
+}
+
+}  // namespace dorvdl::control

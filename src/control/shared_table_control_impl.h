@@ -1,0 +1,34 @@
+// The bodies of SharedTableControl. A control's source includes this and instantiates them:
+//   template class SharedTableControl<interface::ThumbnailInterface, db::Thumbnail,
+//                                     record::Thumbnail>;
+#ifndef SRC_CONTROL_SHARED_TABLE_CONTROL_IMPL_H_
+#define SRC_CONTROL_SHARED_TABLE_CONTROL_IMPL_H_
+
+#include <dorvdl/control/shared_table_control.h>
+#include <dorvdl/db/operator.h>
+
+namespace dorvdl::control {
+
+template <typename Interface, typename Table, typename Record>
+bool SharedTableControl<Interface, Table, Record>::Create(Record& record) {
+  return table().Create(record);
+}
+
+template <typename Interface, typename Table, typename Record>
+bool SharedTableControl<Interface, Table, Record>::Update(const Record& record) {
+  return table().Update(record, dorvdbquery::Condition::Null());
+}
+
+template <typename Interface, typename Table, typename Record>
+bool SharedTableControl<Interface, Table, Record>::Delete(const std::vector<int>& ids) {
+  return !ids.empty() && table().Delete(ids, dorvdbquery::Condition::Null());
+}
+
+template <typename Interface, typename Table, typename Record>
+Record SharedTableControl<Interface, Table, Record>::Get(int id) {
+  return table().Get(id, dorvdbquery::Condition::Null());
+}
+
+}  // namespace dorvdl::control
+
+#endif  // SRC_CONTROL_SHARED_TABLE_CONTROL_IMPL_H_

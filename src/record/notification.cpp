@@ -1,0 +1,29 @@
+#include <dorvdl/record/notification.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "record/message_record_impl.h"
+
+namespace dorvdl::record {
+
+template class MessageRecord<Notification, proto::Notification>;
+
+const ColumnTable& Notification::Columns() {
+  using Message = proto::Notification;
+  static const ColumnTable columns({
+      DORVDL_COLUMN(id).Key(),
+      DORVDL_COLUMN(task_id),
+      DORVDL_COLUMN(type).NullAs(),
+      DORVDL_COLUMN(create_time),
+  });
+  return columns;
+}
+
+int Notification::getType() const {
+  constexpr const char* kTypes[] = {"complete", "failed", "captcha"};
+  const auto* const type = std::find(std::begin(kTypes), std::end(kTypes), proto().type());
+  return type == std::end(kTypes) ? -1 : static_cast<int>(type - std::begin(kTypes));
+}
+
+}  // namespace dorvdl::record

@@ -1,0 +1,24 @@
+#include <dorvdl/record/rss_feed.h>
+
+#include "record/message_record_impl.h"
+
+namespace dorvdl::record {
+
+template class MessageRecord<RssFeed, proto::RssFeed>;
+
+const ColumnTable& RssFeed::Columns() {
+  using Message = proto::RssFeed;
+  static const ColumnTable columns(
+      {
+          DORVDL_COLUMN(id).Key(),
+          DORVDL_COLUMN(username).NullAs(),
+          DORVDL_COLUMN(title).NullAs(),
+          DORVDL_COLUMN(url).NullAs(),
+          DORVDL_COLUMN(last_update),
+          DORVDL_COLUMN(is_updating),
+      },
+      ColumnTable::Rendering::kJson);
+  return columns;
+}
+
+}  // namespace dorvdl::record

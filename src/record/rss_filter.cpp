@@ -1,0 +1,26 @@
+#include <dorvdl/record/rss_filter.h>
+
+#include "record/message_record_impl.h"
+
+namespace dorvdl::record {
+
+template class MessageRecord<RssFilter, proto::RssFilter>;
+
+const ColumnTable& RssFilter::Columns() {
+  using Message = proto::RssFilter;
+  static const ColumnTable columns(
+      {
+          DORVDL_COLUMN(id).Key(),
+          DORVDL_COLUMN(feed_id),
+          DORVDL_COLUMN(name).NullAs(),
+          DORVDL_COLUMN(match).NullAs(),
+          DORVDL_COLUMN(not_match).NullAs(),
+          DORVDL_COLUMN(destination).NullAs(),
+          DORVDL_COLUMN(enable),
+          DORVDL_COLUMN(is_regex),
+      },
+      ColumnTable::Rendering::kJson);
+  return columns;
+}
+
+}  // namespace dorvdl::record

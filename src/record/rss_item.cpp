@@ -1,0 +1,26 @@
+#include <dorvdl/record/rss_item.h>
+
+#include "record/message_record_impl.h"
+
+namespace dorvdl::record {
+
+template class MessageRecord<RssItem, proto::RssItem>;
+
+const ColumnTable& RssItem::Columns() {
+  using Message = proto::RssItem;
+  static const ColumnTable columns(
+      {
+          DORVDL_COLUMN(id).Key(),
+          DORVDL_COLUMN(feed_id),
+          DORVDL_COLUMN(title).NullAs(),
+          DORVDL_COLUMN(url).NullAs(),
+          DORVDL_COLUMN(link).NullAs(),
+          DORVDL_COLUMN(date),
+          DORVDL_COLUMN(size),
+          DORVDL_COLUMN(is_new),
+      },
+      ColumnTable::Rendering::kJson);
+  return columns;
+}
+
+}  // namespace dorvdl::record

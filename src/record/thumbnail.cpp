@@ -1,0 +1,25 @@
+#include <dorvdl/record/thumbnail.h>
+
+#include "record/message_record_impl.h"
+
+namespace dorvdl::record {
+
+template class MessageRecord<Thumbnail, proto::Thumbnail>;
+
+const ColumnTable& Thumbnail::Columns() {
+  using Message = proto::Thumbnail;
+  static const ColumnTable columns(
+      {
+          DORVDL_COLUMN(thumbnail_id).Key(),
+          DORVDL_COLUMN(task_id),
+          DORVDL_COLUMN(file_index),
+          DORVDL_COLUMN(thumbnail_index),
+          DORVDL_COLUMN(thumbnail_second),
+          DORVDL_COLUMN(thumbnail_filename).NullAs(),
+          DORVDL_COLUMN(create_time),
+      },
+      ColumnTable::Rendering::kJson);
+  return columns;
+}
+
+}  // namespace dorvdl::record
