@@ -1,15 +1,39 @@
 // An outside program: uses something of each installed part, through its header and its library,
 // without a server. Each check is a function that returns whether all is well, listed in main().
 #include <dorv/credentials.h>
+#include <dorvdl/control/captcha_control.h>
 #include <dorvdl/control/controller.h>
+#include <dorvdl/control/file_hosting_control.h>
+#include <dorvdl/control/interface/captcha_interface.h>
+#include <dorvdl/control/interface/file_hosting_interface.h>
+#include <dorvdl/control/interface/notification_interface.h>
+#include <dorvdl/control/interface/plugin_interface.h>
+#include <dorvdl/control/interface/rss_feed_interface.h>
+#include <dorvdl/control/interface/rss_filter_interface.h>
+#include <dorvdl/control/interface/rss_item_interface.h>
+#include <dorvdl/control/interface/task_interface.h>
+#include <dorvdl/control/interface/thumbnail_interface.h>
+#include <dorvdl/control/notification_control.h>
 #include <dorvdl/control/option/common.h>
 #include <dorvdl/control/option/rss_feed.h>
 #include <dorvdl/control/option/rss_filter.h>
 #include <dorvdl/control/option/rss_item.h>
 #include <dorvdl/control/option/task.h>
 #include <dorvdl/control/option/thumbnail.h>
+#include <dorvdl/control/plugin_control.h>
+#include <dorvdl/control/rss_feed_control.h>
+#include <dorvdl/control/rss_filter_control.h>
+#include <dorvdl/control/rss_item_control.h>
 #include <dorvdl/control/task_control.h>
+#include <dorvdl/control/thumbnail_control.h>
+#include <dorvdl/db/download_queue.h>
+#include <dorvdl/db/notification.h>
 #include <dorvdl/db/operator.h>
+#include <dorvdl/db/rss_feed.h>
+#include <dorvdl/db/rss_filter.h>
+#include <dorvdl/db/rss_item.h>
+#include <dorvdl/db/task_plugin.h>
+#include <dorvdl/db/thumbnail.h>
 #include <dorvdl/dbquery/transaction.h>
 #include <dorvdl/file.h>
 #include <dorvdl/proto/list_request/common.pb.h>
@@ -18,8 +42,15 @@
 #include <dorvdl/proto/list_request/rss_item.pb.h>
 #include <dorvdl/proto/list_request/task.pb.h>
 #include <dorvdl/proto/list_request/thumbnail.pb.h>
+#include <dorvdl/record/notification.h>
+#include <dorvdl/record/plugin.h>
 #include <dorvdl/record/record_base.h>
+#include <dorvdl/record/rss_feed.h>
+#include <dorvdl/record/rss_filter.h>
+#include <dorvdl/record/rss_item.h>
 #include <dorvdl/record/task.h>
+#include <dorvdl/record/thumbnail.h>
+#include <dorvdl/record/user_setting.h>
 #include <dorvdl/util/privilege.h>
 #include <dorvdl/util/to_lower.h>
 #include <json/json.h>
@@ -106,17 +137,134 @@ bool OptionsTravelInMessages() {
          Travels<proto::thumbnail::ListRequest>(&option::thumbnail::ListOption::file_index, 0);
 }
 
-bool TaskControlRefusesEmptyArguments() {
+bool TaskControlRefusesEmptyPaths() {
   dorvdl::control::Controller controller;
   dorvdl::control::TaskControl tasks(controller);
-  return !tasks.Delete({}) && !tasks.LoExport(1, "") && !tasks.LoImport(1, "");
+  return !tasks.LoExport(1, "") && !tasks.LoImport(1, "");
 }
 
-bool ControllerHandsOutOwnTables() {
+template <typename Control, typename Interface>
+bool RefusesNoIds() {
+  dorvdl::control::Controller controller;
+  Control control(controller);
+  Interface& interface = control;
+  return !interface.Delete({});
+}
+
+bool ControlsRefuseNoIds() {
+  using namespace dorvdl::control;
+  return RefusesNoIds<TaskControl, interface::TaskInterface>() &&
+         RefusesNoIds<RssFeedControl, interface::RssFeedInterface>() &&
+         RefusesNoIds<RssFilterControl, interface::RssFilterInterface>() &&
+         RefusesNoIds<RssItemControl, interface::RssItemInterface>() &&
+         RefusesNoIds<ThumbnailControl, interface::ThumbnailInterface>() &&
+         RefusesNoIds<PluginControl, interface::PluginInterface>() &&
+         RefusesNoIds<NotificationControl, interface::NotificationInterface>();
+}
+
+// A program's own kinds of restart: what the library's do needs a server.
+class OwnCaptcha : public dorvdl::control::CaptchaControl {
+ public:
+  using CaptchaControl::CaptchaControl;
+  bool RestartCaptchaTask(int task_id) override { return task_id == 4; }
+};
+
+class OwnFileHosting : public dorvdl::control::FileHostingControl {
+ public:
+  using FileHostingControl::FileHostingControl;
+  bool RestartHostWaitingTask(int task_id) override { return task_id == 4; }
+};
+
+bool RestartsCanBeReplaced() {
+  dorvdl::control::Controller controller;
+  OwnCaptcha own_captcha(controller);
+  OwnFileHosting own_file_hosting(controller);
+  dorvdl::control::interface::CaptchaInterface& captcha = own_captcha;
+  dorvdl::control::interface::FileHostingInterface& file_hosting = own_file_hosting;
+  return captcha.RestartCaptchaTask(4) && file_hosting.RestartHostWaitingTask(4);
+}
+
+// Links what it is given. Not inlined, so that the compiler does not know the answer.
+template <typename... Operations>
+[[gnu::noinline]] bool AreThere(Operations... operations) {
+  return ((operations != nullptr) && ...);
+}
+
+bool ControlsHaveTheirOwnOperations() {
+  using namespace dorvdl::control;
+  return AreThere(&RssFeedControl::ListId, &RssFilterControl::TestLike,
+                  &RssFilterControl::TestRegexp, &RssItemControl::DeleteByFeedId,
+                  &RssItemControl::UpdateAllNew, &PluginControl::ListActivePlugin,
+                  &NotificationControl::ListFromView, &NotificationControl::DeleteEarlierThan);
+}
+
+bool ControllerHandsOutEveryTable() {
+  namespace db = dorvdl::db;
   using dorvdl::control::Controller;
-  Notes (Controller::*const use)() = &Controller::Use<Notes>;
-  Notes (Controller::*const use_with_name)() = &Controller::UseWithName<Notes>;
-  return use != use_with_name;
+  return AreThere(&Controller::Use<Notes>, &Controller::UseWithName<Notes>,
+                  &Controller::UseWithName<db::DownloadQueue>,
+                  &Controller::UseWithName<db::RssFeed>, &Controller::Use<db::RssFilter>,
+                  &Controller::Use<db::RssItem>, &Controller::Use<db::Thumbnail>,
+                  &Controller::Use<db::TaskPlugin>, &Controller::Use<db::Notification>);
+}
+
+bool TablesHaveTheirOwnOperations() {
+  namespace db = dorvdl::db;
+  return AreThere(&db::DownloadQueue::LoImport, &db::RssFeed::ListId, &db::RssFilter::TestLike,
+                  &db::RssItem::UpdateAllNew, &db::Thumbnail::ListFileIndexByTaskID,
+                  &db::TaskPlugin::ListActivePlugin, &db::Notification::ListFromView,
+                  &db::Notification::DeleteEarlierThan);
+}
+
+template <typename Record>
+bool HasKey(const std::string& column) {
+  Record record;
+  const bool valid_at_first = record.IsValid();
+  record.set_primary_key(3);
+  return !valid_at_first && record.IsValid() &&
+         record.GetInsertFields() == std::vector<std::string>{column};
+}
+
+bool RecordsHaveTheirKeys() {
+  namespace record = dorvdl::record;
+  record::UserSetting setting;
+  setting.mutable_proto().set_username("alice");
+  return setting.IsValid() && HasKey<record::Task>("task_id") && HasKey<record::RssFeed>("id") &&
+         HasKey<record::RssFilter>("id") && HasKey<record::RssItem>("id") &&
+         HasKey<record::Thumbnail>("thumbnail_id") && HasKey<record::Plugin>("task_id") &&
+         HasKey<record::Notification>("id");
+}
+
+template <typename Record, typename Message>
+bool ShowsItself(Message message) {
+  Json::Value json;
+  Record(message).ToJson(json);
+  return json.size() == 1;
+}
+
+bool RecordsShowThemselves() {
+  namespace record = dorvdl::record;
+  record::proto::RssFeed feed;
+  feed.set_is_updating(true);
+  record::proto::RssFilter filter;
+  filter.set_enable(true);
+  record::proto::RssItem item;
+  item.set_size(5'000'000'000);
+  record::proto::Thumbnail thumbnail;
+  thumbnail.set_create_time(5'000'000'000);
+  return ShowsItself<record::RssFeed>(feed) && ShowsItself<record::RssFilter>(filter) &&
+         ShowsItself<record::RssItem>(item) && ShowsItself<record::Thumbnail>(thumbnail);
+}
+
+bool PluginsAndNotificationsHoldTheirFields() {
+  dorvdl::record::Plugin plugin;
+  Json::Value attributes;
+  attributes["a"] = 1;
+  plugin.set_attributes(attributes);
+  dorvdl::record::Notification notification;
+  notification.mutable_proto().set_type("captcha");
+  return plugin.attributes() == attributes && plugin.result().isNull() &&
+         notification.getType() == 2;
 }
 
 bool OwnRecordsAreRecords() {
@@ -190,8 +338,15 @@ struct Check {
 constexpr Check kChecks[] = {
     {"helpers", HelpersWork},
     {"list options", OptionsTravelInMessages},
-    {"task control", TaskControlRefusesEmptyArguments},
-    {"controller", ControllerHandsOutOwnTables},
+    {"task control", TaskControlRefusesEmptyPaths},
+    {"controls", ControlsRefuseNoIds},
+    {"restarts", RestartsCanBeReplaced},
+    {"operations of controls", ControlsHaveTheirOwnOperations},
+    {"controller", ControllerHandsOutEveryTable},
+    {"operations of tables", TablesHaveTheirOwnOperations},
+    {"keys of records", RecordsHaveTheirKeys},
+    {"records as JSON", RecordsShowThemselves},
+    {"plug-ins and notifications", PluginsAndNotificationsHoldTheirFields},
     {"own records", OwnRecordsAreRecords},
     {"queries", QueriesFailWithoutAConnection},
     {"tasks", TasksHoldTheirFields},
