@@ -1,17 +1,16 @@
-// The task control's operations beside the same work by libpq alone, on one connection. Changes the
+// The controls' operations beside the same work by libpq alone, on one connection. Changes the
 // database, so it works with a private server only; bench/run starts one.
 #include <benchmark/benchmark.h>
 #include <dorvdl/control/task_control.h>
 #include <dorvdl/util/to_lower.h>
-#include <soci/postgresql/soci-postgresql.h>
 
 #include <cstdlib>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "observe.h"
+#include "item_bench.h"
+#include "measure.h"
 #include "raw_tasks.h"
 
 namespace bench {
@@ -40,52 +39,6 @@ constexpr char kTasks[] = R"(
   FROM (VALUES ('Alma', 50), ('Bruno', 1000), ('Clara', 20000), ('Dora', 300), ('Emil', 3000))
          AS users (name, tasks), generate_series(1, tasks) AS n
   ORDER BY n)";
-
-[[noreturn]] void Die(const std::string& why) {
-  std::cerr << "task_bench: " << why << '\n';
-  std::exit(1);
-}
-
-void Check(bool good) {
-  if (!good) {
-    Die("an operation failed");
-  }
-}
-
-// libpq's own connection below the library's.
-PGconn* Connection(DBSession& session) {
-  return static_cast<soci::postgresql_session_backend*>(session.session().handle()->get_backend())
-      ->conn_;
-}
-
-std::vector<double> Numbers(PGconn* connection, const char* query) {
-  const std::unique_ptr<PGresult, decltype(&PQclear)> result(PQexec(connection, query), &PQclear);
-  const ExecStatusType status = PQresultStatus(result.get());
-  if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK) {
-    Die(PQerrorMessage(connection));
-  }
-  std::vector<double> numbers;
-  for (int column = 0; PQntuples(result.get()) > 0 && column < PQnfields(result.get()); ++column) {
-    numbers.push_back(std::atof(PQgetvalue(result.get(), 0, column)));
-  }
-  return numbers;
-}
-
-// How many rows were updated until now, and how many of these updates were heap-only.
-struct Updates {
-  explicit Updates(PGconn* connection) {
-    Numbers(connection, "SELECT pg_stat_force_next_flush()");
-    const std::vector<double> numbers =
-        Numbers(connection,
-                "SELECT n_tup_upd, n_tup_hot_upd FROM pg_stat_user_tables "
-                "WHERE relname = 'download_queue'");
-    all = numbers.at(0);
-    hot = numbers.at(1);
-  }
-
-  double all;
-  double hot;
-};
 
 // One person's tasks, by the library and by libpq alone.
 struct User {
@@ -149,35 +102,13 @@ void CheckSameTasks(User& user) {
   }
 }
 
-void Measure(PGconn* connection, const std::string& name, const Operation& operation) {
-  operation();  // what is made once for all runs is no part of the counts
-  const int allocations = CountAllocations(operation);
-  const int round_trips = CountRoundTrips(connection, operation);
-  benchmark::RegisterBenchmark(name.c_str(),
-                               [=](benchmark::State& state) {
-                                 const Updates before(connection);
-                                 for ([[maybe_unused]] auto _ : state) {
-                                   operation();
-                                 }
-                                 const Updates after(connection);
-                                 state.counters["allocations"] = allocations;
-                                 state.counters["round_trips"] = round_trips;
-                                 if (after.all > before.all) {
-                                   state.counters["hot_percent"] =
-                                       100 * (after.hot - before.hot) / (after.all - before.all);
-                                 }
-                               })
-      ->UseRealTime()
-      ->Unit(benchmark::kMicrosecond);
-}
-
 void MeasureList(PGconn* connection, const std::string& name, User& user) {
   CheckSameTasks(user);
   Measure(connection, name + "/ours", [&] { Check(!user.ours.List(ListOption()).empty()); });
   Measure(connection, name + "/raw", [&] { Check(!user.raw.List().empty()); });
 }
 
-void MeasureAll(const std::shared_ptr<DBSession>& session) {
+void MeasureTasks(const std::shared_ptr<DBSession>& session) {
   PGconn* const connection = Connection(*session);
   Numbers(connection, kTasks);
   Numbers(connection, "VACUUM ANALYZE download_queue");
@@ -215,6 +146,8 @@ int main(int argc, char** argv) {
   if (std::getenv("DORVDL_PRIVATE_SERVER") == nullptr) {
     bench::Die("changes the database: run it by bench/run");
   }
-  bench::MeasureAll(std::make_shared<dorvdl::db::DBSession>());
+  const auto session = std::make_shared<dorvdl::db::DBSession>();
+  bench::MeasureTasks(session);
+  bench::MeasureItems(session);
   benchmark::RunSpecifiedBenchmarks();
 }
