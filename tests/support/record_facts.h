@@ -29,6 +29,11 @@ using EveryRecord =
 template <typename Record>
 inline constexpr bool kHasIntegerKey = !std::is_same_v<Record, dorvdl::record::UserSetting>;
 
+// Whether the table gives a row without a key its key.
+template <typename Record>
+inline constexpr bool kGeneratesKey =
+    kHasIntegerKey<Record> && !std::is_same_v<Record, dorvdl::record::Plugin>;
+
 enum class ColumnType { kInt, kBigint, kBool, kText };
 
 struct ColumnFacts {
