@@ -14,6 +14,7 @@
 #include <google/protobuf/message.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -70,6 +71,25 @@ const google::protobuf::FieldDescriptor* FieldOf(const google::protobuf::Message
 std::string GetText(const google::protobuf::Message& message, const ColumnFacts& column);
 void SetText(google::protobuf::Message& message, const ColumnFacts& column,
              const std::string& text);
+
+// What a record with these columns is read as after it was inserted: an absent column has its
+// default, and a task's free-form data comes wrapped in a JSON text.
+template <typename Record>
+Record AsRead(const Record& written) {
+  Record read = written;
+  if constexpr (std::is_same_v<Record, dorvdl::record::Task>) {
+    if (written.proto().has_extra_data()) {
+      read.set_extra_data(Json::Value(written.proto().extra_data()));
+    }
+  }
+  const std::vector<std::string> present = written.GetInsertFields();
+  for (const ColumnFacts& column : FactsOf<Record>().columns) {
+    if (std::find(present.begin(), present.end(), column.name) == present.end()) {
+      SetText(read.mutable_proto(), column, column.Default());
+    }
+  }
+  return read;
+}
 
 }  // namespace test_support
 

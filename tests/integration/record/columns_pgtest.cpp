@@ -6,6 +6,7 @@
 namespace dorvdl::record {
 namespace {
 
+using test_support::AsRead;
 using test_support::ColumnFacts;
 using test_support::ColumnType;
 
@@ -116,8 +117,8 @@ TYPED_TEST(ColumnsTest, ColumnsAreFoundByNameWhereverTheyStand) {
   for (auto name = names.rbegin(); name != names.rend(); ++name) {
     reversed += ", " + *name;
   }
-  this->Direct("CREATE TEMPORARY VIEW " + this->facts_.table + " AS SELECT 0 AS extra" + reversed +
-               " FROM public." + this->facts_.table);
+  this->Soci() << "CREATE TEMPORARY VIEW " << this->facts_.table << " AS SELECT 0 AS extra"
+               << reversed << " FROM public." << this->facts_.table;
   EXPECT_EQ(this->Disagreement(AsRead(this->stored_)), "");
 }
 

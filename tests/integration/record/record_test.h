@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <optional>
 #include <string>
-#include <type_traits>
 #include <typeinfo>
 #include <utility>
 #include <vector>
@@ -32,30 +31,9 @@ class Rows : public db::DBOperator<Record> {
   const char* GetPrimaryKeyName() override { return test_support::FactsOf<Record>().key.c_str(); }
 };
 
-// What a record with these columns is read as after it was inserted: an absent column has its
-// default, and a task's free-form data comes wrapped in a JSON text.
-template <typename Record>
-Record AsRead(const Record& written) {
-  Record read = written;
-  if constexpr (std::is_same_v<Record, Task>) {
-    if (written.proto().has_extra_data()) {
-      read.set_extra_data(Json::Value(written.proto().extra_data()));
-    }
-  }
-  const std::vector<std::string> present = written.GetInsertFields();
-  for (const test_support::ColumnFacts& column : test_support::FactsOf<Record>().columns) {
-    if (std::find(present.begin(), present.end(), column.name) == present.end()) {
-      SetText(read.mutable_proto(), column, column.Default());
-    }
-  }
-  return read;
-}
-
 template <typename Record>
 class RecordTest : public test_support::DatabaseTest {
  protected:
-  using Columns = std::vector<test_support::ColumnFacts>;
-
   // Whether the insertion, by the operator or for want of an integer key by a query, succeeded.
   bool Insert(Record& record) {
     if constexpr (test_support::kHasIntegerKey<Record>) {
@@ -81,42 +59,20 @@ class RecordTest : public test_support::DatabaseTest {
     }
   }
 
-  // What the ways of reading the only row give that is not @p expected and, as type and message,
-  // @p thrown; empty when all agree.
+  // What the ways of reading the only row give that is not @p expected and, in what was thrown,
+  // not @p thrown; empty when all agree.
   std::string Disagreement(const Record& expected, const std::string& thrown = "") {
-    std::vector<Reading> readings = {
-        Read("SOCI's into()", true,
-             [this](Record& record) {
-               Direct("SELECT * FROM " + facts_.table, soci::into(record));
-             }),
-        Read("the decoder", true,
-             [this](Record& record) {
-               dorvdbquery::SelectQuery query(session_.session(), facts_.table);
-               query.IntoRow(record.RowTarget());
-               EXPECT_TRUE(query.Execute());
-             }),
-        Read("List", false, [this](Record& record) {
-          record = rows_.List({}, dorvdbquery::Condition::Null()).at(0);
-        })};
-    if constexpr (test_support::kHasIntegerKey<Record>) {
-      if (replaced_ != facts_.key) {
-        readings.push_back(Read("Get", false, [this](Record& record) {
-          const std::string key = raw_.Value("SELECT " + facts_.key + " FROM " + facts_.table);
-          record = rows_.Get(std::stoi(key), dorvdbquery::Condition::Null());
-        }));
-      }
-    }
+    const std::string fields = expected.proto().ShortDebugString();
     std::string differences;
-    for (const Reading& reading : readings) {
+    for (const Reading& reading : ReadInEveryWay()) {
       if (reading.thrown != thrown) {
         differences.append(reading.way).append(" throws \"").append(reading.thrown).append("\"; ");
       }
-      if (reading.fields.value_or(expected.proto().ShortDebugString()) !=
-          expected.proto().ShortDebugString()) {
+      if (reading.fields.value_or(fields) != fields) {
         differences.append(reading.way).append(" gives ").append(*reading.fields).append("; ");
       }
     }
-    return differences.empty() ? "" : differences + "not " + expected.proto().ShortDebugString();
+    return differences.empty() ? "" : differences + "not " + fields;
   }
 
   // Hides the table from the session behind a view of it that has another expression for a column,
@@ -131,8 +87,8 @@ class RecordTest : public test_support::DatabaseTest {
         list.append(list.empty() ? "" : ", ").append(expression).append(" AS ").append(column);
       }
     }
-    Direct("CREATE TEMPORARY VIEW " + facts_.table + " AS SELECT " + list + " FROM public." +
-           facts_.table);
+    Soci() << "CREATE TEMPORARY VIEW " << facts_.table << " AS SELECT " << list << " FROM public."
+           << facts_.table;
     replaced_ = column;
   }
 
@@ -150,11 +106,8 @@ class RecordTest : public test_support::DatabaseTest {
     return *std::find_if(facts_.columns.begin(), facts_.columns.end(), is_key);
   }
 
-  // Runs a statement on the session under test by SOCI alone.
-  template <typename... Elements>
-  void Direct(const std::string& sql, Elements&&... elements) {
-    (void)((*session_.session().handle() << sql), ..., std::forward<Elements>(elements));
-  }
+  // The session under test, to use by SOCI alone.
+  soci::session& Soci() { return *session_.session().handle(); }
 
   const test_support::RecordFacts& facts_ = test_support::FactsOf<Record>();
   db::DBSession session_;
@@ -186,9 +139,35 @@ class RecordTest : public test_support::DatabaseTest {
         thrown};
   }
 
+  std::vector<Reading> ReadInEveryWay() {
+    using dorvdbquery::Condition;
+    std::vector<Reading> readings = {
+        Read("SOCI's into()", true,
+             [this](Record& record) {
+               Soci() << "SELECT * FROM " << facts_.table, soci::into(record);
+             }),
+        Read("the decoder", true,
+             [this](Record& record) {
+               dorvdbquery::SelectQuery query(session_.session(), facts_.table);
+               query.IntoRow(record.RowTarget());
+               EXPECT_TRUE(query.Execute());
+             }),
+        Read("List", false,
+             [this](Record& record) { record = rows_.List({}, Condition::Null()).at(0); })};
+    if constexpr (test_support::kHasIntegerKey<Record>) {
+      if (replaced_ != facts_.key) {
+        const int key = std::stoi(raw_.Value("SELECT " + facts_.key + " FROM " + facts_.table));
+        readings.push_back(Read("Get", false, [this, key](Record& record) {
+          record = rows_.Get(key, Condition::Null());
+        }));
+      }
+    }
+    return readings;
+  }
+
   void Unhide() {
     if (!replaced_.empty()) {
-      Direct("DROP VIEW pg_temp." + facts_.table);
+      Soci() << "DROP VIEW pg_temp." << facts_.table;
       replaced_.clear();
     }
   }

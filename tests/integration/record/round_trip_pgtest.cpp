@@ -12,6 +12,7 @@
 namespace dorvdl::record {
 namespace {
 
+using test_support::AsRead;
 using test_support::ColumnFacts;
 using test_support::ColumnType;
 
@@ -100,8 +101,9 @@ TYPED_TEST(RoundTripTest, ARecordWrittenBySociIsReadAsItWasWritten) {
       columns.append(columns.empty() ? "" : ", ").append(name);
       places.append(places.empty() ? ":" : ", :").append(name);
     }
-    this->Direct("INSERT INTO " + this->facts_.table + " (" + columns + ") VALUES (" + places + ")",
-                 soci::use(std::as_const(record)));
+    this->Soci() << "INSERT INTO " << this->facts_.table << " (" << columns << ") VALUES ("
+                 << places << ")",
+        soci::use(std::as_const(record));
     this->SetStoredKey(record);
     RC_ASSERT(this->Disagreement(AsRead(record)) == "");
   }));

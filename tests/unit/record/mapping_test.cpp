@@ -15,6 +15,7 @@ namespace {
 using dorvdbquery::Parameter;
 using dorvdbquery::Session;
 using dorvdbquery::UpdateQuery;
+using test_support::AsRead;
 using test_support::ColumnFacts;
 using test_support::ColumnType;
 using test_support::FactsOf;
@@ -170,6 +171,24 @@ TYPED_TEST(MappingTest, AWholeRecordsValuesAreSetUnderTheirNames) {
   const soci::values& values = ValuesOf(this->Whole());
   for (const ColumnFacts& column : this->facts_.columns) {
     EXPECT_EQ(ValueOf(values, column), SomeValue(this->facts_, column)) << column.name;
+  }
+}
+
+TYPED_TEST(MappingTest, AWholeRecordSurvivesTheWayThroughValues) {
+  const TypeParam record = this->Whole();
+  TypeParam read;
+  read.soci_FromBase(ValuesOf(record));
+  EXPECT_EQ(read.proto().ShortDebugString(), AsRead(record).proto().ShortDebugString());
+}
+
+TYPED_TEST(MappingTest, ReadingStopsAtTheFirstValueThatIsMissing) {
+  for (const ColumnFacts& missing : this->facts_.columns) {
+    const auto before = [&](const ColumnFacts& column) { return &column < &missing; };
+    const auto others = [&](const ColumnFacts& column) { return &column != &missing; };
+    TypeParam read;
+    EXPECT_THROW(read.soci_FromBase(ValuesOf(this->With(others))), soci::soci_error)
+        << missing.name;
+    EXPECT_EQ(read.GetInsertFields(), this->With(before).GetInsertFields()) << missing.name;
   }
 }
 
