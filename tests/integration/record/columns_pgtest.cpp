@@ -111,15 +111,22 @@ TYPED_TEST(ColumnsTest, ANullOfAnotherTypeIsTheDefaultOrThatError) {
   }
 }
 
-TYPED_TEST(ColumnsTest, ColumnsAreFoundByNameWhereverTheyStand) {
-  std::vector<std::string> names = this->facts_.Names();
+TYPED_TEST(ColumnsTest, ColumnsAreFoundByNameWhereverTheyStandAtEachExecution) {
+  TypeParam record;
+  dorvdbquery::SelectQuery query(this->session_.session(), this->facts_.table);
+  query.IntoRow(record.RowTarget());
+  EXPECT_TRUE(query.Execute());
+
   std::string reversed;
-  for (auto name = names.rbegin(); name != names.rend(); ++name) {
-    reversed += ", " + *name;
+  for (const std::string& name : this->facts_.Names()) {
+    reversed.insert(0, ", " + name);
   }
   this->Soci() << "CREATE TEMPORARY VIEW " << this->facts_.table << " AS SELECT 0 AS extra"
                << reversed << " FROM public." << this->facts_.table;
   EXPECT_EQ(this->Disagreement(AsRead(this->stored_)), "");
+  record = TypeParam();
+  EXPECT_TRUE(query.Execute());
+  EXPECT_EQ(record.proto().ShortDebugString(), AsRead(this->stored_).proto().ShortDebugString());
 }
 
 template <typename Record>

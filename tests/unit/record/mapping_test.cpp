@@ -48,6 +48,22 @@ std::string SomeValue(const RecordFacts& facts, const ColumnFacts& column) {
   return number % 4 == 1 ? "" : "ü " + std::to_string(number);
 }
 
+// The update that a record with these columns is to give, in the tests' words.
+std::string ExpectedUpdate(const RecordFacts& facts,
+                           const std::vector<const ColumnFacts*>& columns) {
+  std::string text;
+  std::string values;
+  int number = 0;
+  for (const ColumnFacts* const column : columns) {
+    if (column->name != facts.key || facts.updates_key) {
+      const std::string place = "$" + std::to_string(++number);
+      text += (text.empty() ? "UPDATE \"t\" SET \"" : ", \"") + column->name + "\" = " + place;
+      values += " [" + place + "=" + SomeValue(facts, *column) + "]";
+    }
+  }
+  return text + values;
+}
+
 // The content that a conversion gives. SOCI frees it through a statement only, so this must not be
 // a leak: without a server there is no statement.
 const soci::values& ValuesOf(const RecordBase& record) {
@@ -96,21 +112,6 @@ class MappingTest : public testing::Test {
     return With([&only](const ColumnFacts& column) { return &column == &only; });
   }
 
-  // The update that a record with these columns is to give, in the tests' words.
-  static std::string ExpectedUpdate(const std::vector<const ColumnFacts*>& columns) {
-    std::string text;
-    std::string values;
-    int number = 0;
-    for (const ColumnFacts* const column : columns) {
-      if (column->name != facts_.key || facts_.updates_key) {
-        const std::string place = "$" + std::to_string(++number);
-        text += (text.empty() ? "UPDATE \"t\" SET \"" : ", \"") + column->name + "\" = " + place;
-        values += " [" + place + "=" + SomeValue(facts_, *column) + "]";
-      }
-    }
-    return text + values;
-  }
-
   static inline const RecordFacts& facts_ = FactsOf<Record>();
 };
 TYPED_TEST_SUITE(MappingTest, test_support::EveryRecord);
@@ -146,7 +147,7 @@ TYPED_TEST(MappingTest, AWholeRecordIsWrittenInTableOrder) {
     inserted.push_back(SomeValue(this->facts_, column));
   }
   EXPECT_EQ(record.InsertValues(), inserted);
-  EXPECT_EQ(ShownUpdate(record), this->ExpectedUpdate(all));
+  EXPECT_EQ(ShownUpdate(record), ExpectedUpdate(this->facts_, all));
 }
 
 TYPED_TEST(MappingTest, EachColumnIsWrittenAloneWhenItAloneIsPresent) {
@@ -156,7 +157,7 @@ TYPED_TEST(MappingTest, EachColumnIsWrittenAloneWhenItAloneIsPresent) {
     const std::string value = SomeValue(this->facts_, column);
     EXPECT_EQ(record.GetInsertFields(), Names{column.name});
     EXPECT_EQ(record.InsertValues(), std::vector<Parameter>{value});
-    EXPECT_EQ(ShownUpdate(record), this->ExpectedUpdate({&column}));
+    EXPECT_EQ(ShownUpdate(record), ExpectedUpdate(this->facts_, {&column}));
     const soci::values& values = ValuesOf(record);
     EXPECT_EQ(ValueOf(values, column), value);
     for (const ColumnFacts& other : this->facts_.columns) {
