@@ -13,25 +13,30 @@ namespace {
 
 class IndexUseTest : public TableTest {
  protected:
-  IndexUseTest() {
-    raw_.Run(
-        "INSERT INTO rss_feed (username) SELECT 'user' || n FROM generate_series(1, 5000) n;"
-        "INSERT INTO rss_filter (feed_id) SELECT n FROM generate_series(1, 5000) n;"
-        "INSERT INTO rss_item (feed_id, title, date, is_new) SELECT n % 20, md5(n::text), n, "
-        "  (n % 500 = 0)::int FROM generate_series(1, 20000) n;"
-        "INSERT INTO thumbnail (task_id, file_index) SELECT n / 4, n % 4 "
-        "  FROM generate_series(1, 20000) n;"
-        "VACUUM ANALYZE rss_feed, rss_filter, rss_item, thumbnail");
+  // Fills the table with what the query gives for n from 1 to `count`.
+  void Fill(const std::string& columns, const std::string& values, int count) {
+    const std::string table = columns.substr(0, columns.find(' '));
+    raw_.Run("INSERT INTO " + columns + " SELECT " + values + " FROM generate_series(1, " +
+             std::to_string(count) + ") n");
+    raw_.Run("VACUUM ANALYZE " + table);
+  }
+
+  void FillItems() {
+    Fill("rss_item (feed_id, title, date, is_new)", "n % 20, md5(n::text), n, (n % 500 = 0)::int",
+         10000);
   }
 
   // The indexes beside the primary keys that the server has read while `operation` ran.
   template <typename Operation>
   Rows IndexesOf(const Operation& operation) {
-    raw_.Run("SELECT pg_stat_reset()");
+    raw_.Run(
+        "DROP TABLE IF EXISTS before; CREATE TEMPORARY TABLE before AS "
+        "SELECT indexrelid, idx_scan FROM pg_stat_user_indexes");
     operation();
     *Session().session().handle() << "SELECT pg_stat_force_next_flush()";
     return raw_.Run(
-        "SELECT indexrelname FROM pg_stat_user_indexes WHERE idx_scan > 0 ORDER BY indexrelname");
+        "SELECT indexrelname FROM pg_stat_user_indexes now JOIN before USING (indexrelid) "
+        "WHERE now.idx_scan > before.idx_scan ORDER BY indexrelname");
   }
 
   // The indexes that a list of items with this option reads.
@@ -41,6 +46,7 @@ class IndexUseTest : public TableTest {
 };
 
 TEST_F(IndexUseTest, AFeedsItems) {
+  FillItems();
   EXPECT_EQ(IndexesOf([this] { EXPECT_TRUE(RssItem(Session()).DeleteByFeedId(7)); }),
             Rows{"rss_item_feed"});
   control::option::rss_item::ListOption newest;
@@ -52,6 +58,7 @@ TEST_F(IndexUseTest, AFeedsItems) {
 }
 
 TEST_F(IndexUseTest, AFeedsNewItems) {
+  FillItems();
   control::option::rss_item::ListOption option;
   option.feed_id = 0;
   option.is_new = true;
@@ -59,6 +66,7 @@ TEST_F(IndexUseTest, AFeedsNewItems) {
 }
 
 TEST_F(IndexUseTest, ItemsByTitle) {
+  FillItems();
   control::option::rss_item::ListOption like;
   like.title_like = "%C4CA4238%";  // md5('1')
   EXPECT_EQ(IndexesOfItems(like), Rows{"rss_item_title"});
@@ -68,6 +76,7 @@ TEST_F(IndexUseTest, ItemsByTitle) {
 }
 
 TEST_F(IndexUseTest, AUsersFeeds) {
+  Fill("rss_feed (username)", "'user' || n", 5000);
   const std::string user = "User77";
   EXPECT_EQ(IndexesOf([&] { EXPECT_EQ(RssFeed(Session(), user).List({}).size(), 1U); }),
             Rows{"rss_feed_user"});
@@ -76,6 +85,7 @@ TEST_F(IndexUseTest, AUsersFeeds) {
 }
 
 TEST_F(IndexUseTest, AFeedsFilters) {
+  Fill("rss_filter (feed_id)", "n", 5000);
   control::option::rss_filter::ListOption option;
   option.feed_id = 77;
   EXPECT_EQ(IndexesOf([&] { EXPECT_EQ(RssFilter(Session()).List(option).size(), 1U); }),
@@ -83,6 +93,7 @@ TEST_F(IndexUseTest, AFeedsFilters) {
 }
 
 TEST_F(IndexUseTest, ATasksThumbnails) {
+  Fill("thumbnail (task_id, file_index)", "n / 4, n % 4", 5000);
   control::option::thumbnail::ListOption option;
   option.task_id = 77;
   option.file_index = 2;
