@@ -34,7 +34,7 @@ class RssItemTest : public TableTest {
   RssItem Items() { return RssItem(Session()); }
 
   Ids Listed(const ListOption& option) {
-    const Ids keys = KeysOf(Items().List(option));
+    Ids keys = KeysOf(Items().List(option));
     EXPECT_EQ(Items().Count(option), static_cast<int>(keys.size())) << "both take one condition";
     return keys;
   }
@@ -142,23 +142,24 @@ TEST_F(RssItemTest, AnInvalidRegularExpressionGivesAnEmptyListAndIsLogged) {
 }
 
 TEST_F(RssItemTest, DeleteByFeedIdDeletesTheItemsOfThatFeed) {
-  Insert("feed_id", "1");
-  Insert("feed_id", "1");
-  const int other = Insert("feed_id", "2");
-  EXPECT_TRUE(Items().DeleteByFeedId(1));
-  EXPECT_EQ(Listed({}), Ids{other});
-  EXPECT_TRUE(Items().DeleteByFeedId(1)) << "a feed without items";
-  EXPECT_EQ(Listed({}), Ids{other});
+  const int before = Insert("feed_id", "1");
+  Insert("feed_id", "2");
+  Insert("feed_id", "2");
+  const int after = Insert("feed_id", "3");
+  EXPECT_TRUE(Items().DeleteByFeedId(2));
+  EXPECT_EQ(Listed({}), (Ids{before, after}));
+  EXPECT_TRUE(Items().DeleteByFeedId(2)) << "a feed without items";
+  EXPECT_EQ(Listed({}), (Ids{before, after}));
 }
 
 TEST_F(RssItemTest, UpdateAllNewMarksEveryItemOfThatFeed) {
-  for (const char* values : {"1, 0", "1, 1", "1, NULL", "2, 0", "2, 1"}) {
+  for (const char* values : {"2, 0", "2, 1", "2, NULL", "1, 0", "3, 1"}) {
     Insert("feed_id, is_new", values);
   }
   const auto marks = [this] { return raw_.Run("SELECT is_new FROM rss_item ORDER BY id"); };
-  EXPECT_TRUE(Items().UpdateAllNew(1, true));
+  EXPECT_TRUE(Items().UpdateAllNew(2, true));
   EXPECT_EQ(marks(), (Rows{"1", "1", "1", "0", "1"}));
-  EXPECT_TRUE(Items().UpdateAllNew(1, false));
+  EXPECT_TRUE(Items().UpdateAllNew(2, false));
   EXPECT_EQ(marks(), (Rows{"0", "0", "0", "0", "1"}));
 }
 
