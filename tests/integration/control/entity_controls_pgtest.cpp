@@ -142,11 +142,11 @@ class EntityControlTest : public test_support::DatabaseTest {
 
   // Puts a row under each key into the table, with its number as its text.
   void Insert(const std::vector<int>& keys, const std::string& user = "alice") {
+    const std::string insert = "INSERT INTO " + Table() + " (" + Kind::kKey + ", " + Kind::kText +
+                               (Kind::kIsOwned ? ", username" : "") + ") SELECT n, n";
+    const std::string owner = Kind::kIsOwned ? ", '" + user + "'" : "";
     for (const int key : keys) {
-      const std::string number = std::to_string(key);
-      raw_.Run("INSERT INTO " + Table() + " (" + Kind::kKey + ", " + Kind::kText +
-               (Kind::kIsOwned ? ", username" : "") + ") VALUES (" + number + ", '" + number + "'" +
-               (Kind::kIsOwned ? ", '" + user + "'" : "") + ")");
+      raw_.Run(insert + owner + " FROM (VALUES (" + std::to_string(key) + ")) v (n)");
     }
   }
 
