@@ -3,7 +3,7 @@
 #include <limits>
 #include <string>
 
-#include "parse_number.h"
+#include "reading/parse_number.h"
 #include "rendering/text.h"
 
 namespace dorvdl::ctl {

@@ -8,10 +8,17 @@
 #include <vector>
 
 #include "argument.h"
+#include "feed/commands.h"
+#include "filter/commands.h"
 #include "global_options.h"
+#include "item/commands.h"
+#include "notification/commands.h"
 #include "outcome.h"
+#include "plugin/commands.h"
 #include "rendering/text.h"
+#include "setting/commands.h"
 #include "task/commands.h"
+#include "thumbnail/commands.h"
 
 namespace dorvdl::ctl {
 namespace {
@@ -73,6 +80,13 @@ ExitStatus Run(int argc, char** argv) {
   app.require_subcommand(1);
   AddGlobalOptions(app, global);
   AddTaskCommands(app, global);
+  AddFeedCommands(app, global);
+  AddFilterCommands(app, global);
+  AddItemCommands(app, global);
+  AddThumbnailCommands(app, global);
+  AddPluginCommands(app, global);
+  AddNotificationCommands(app, global);
+  AddSettingCommands(app, global);
   try {
     app.parse(argc, argv);  // runs the command
   } catch (const CLI::Success& request) {

@@ -27,10 +27,10 @@ void JudgeSchema(dorvdbquery::Session& session) {
   }
 }
 
-std::unique_ptr<db::DBSession> Connect() {
-  std::unique_ptr<db::DBSession> session;
+std::shared_ptr<db::DBSession> Connect() {
+  std::shared_ptr<db::DBSession> session;
   try {
-    session = std::make_unique<db::DBSession>();
+    session = std::make_shared<db::DBSession>();
   } catch (const soci::soci_error& error) {
     throw Failure(error.what());
   }
@@ -41,11 +41,17 @@ std::unique_ptr<db::DBSession> Connect() {
 }  // namespace
 
 Work::Work(const GlobalOptions& global)
-    : session_(Connect()), transaction_(session_->session()), tasks_(*session_, global.user) {}
+    : session_(Connect()), user_(global.user), transaction_(session_->session()) {}
 
-void Work::Commit() {
+control::Controller Work::NewController() const {
+  control::Controller controller(session_);
+  controller.set_username(user_);
+  return controller;
+}
+
+void Work::Commit(const std::string& complaint) {
   if (!transaction_.Commit()) {
-    throw Failure("the database operation failed; details are in the system log");
+    throw Failure(complaint + "; details are in the system log");
   }
 }
 

@@ -5,10 +5,13 @@
 #include <memory>
 
 #include "argument.h"
-#include "rendering/message_json.h"
+#include "outcome.h"
+#include "record/print.h"
 #include "task/commands.h"
-#include "task/common.h"
+#include "task/kind.h"
+#include "task/password.h"
 #include "task/source.h"
+#include "work.h"
 
 namespace dorvdl::ctl {
 namespace {
@@ -46,13 +49,13 @@ std::vector<NewTask> NewTasks(const Arguments& arguments, const GlobalOptions& g
 void Print(const std::vector<NewTask>& created, const GlobalOptions& global) {
   Json::Value list(Json::arrayValue);
   for (const NewTask& one : created) {
-    list.append(TaskToJson(one.task));
+    list.append(WithoutSecrets(TaskToJson(one.task)));
     if (!global.json) {
       std::cout << one.task.primary_key() << '\n';
     }
   }
   if (global.json) {
-    std::cout << JsonText(list) << '\n';
+    PrintJson(list);
   }
 }
 
@@ -65,8 +68,9 @@ void Add(const Arguments& arguments, const GlobalOptions& global) {
   }
   std::vector<NewTask> created = NewTasks(arguments, global);
   Work work(global);
+  auto tasks = work.Use<db::DownloadQueue>();
   for (NewTask& one : created) {
-    if (!work.tasks().Create(one.task, one.source_path)) {
+    if (!tasks.Create(one.task, one.source_path)) {
       throw Failure("no task was added; details are in the system log");
     }
   }

@@ -1,17 +1,20 @@
 #include "task/commands.h"
 
+#include "record/commands.h"
+#include "task/kind.h"
+
 namespace dorvdl::ctl {
 
 void AddTaskCommands(CLI::App& app, const GlobalOptions& global) {
-  CLI::App& group = *app.add_subcommand("task", "Download tasks");
-  group.require_subcommand(1);
+  CLI::App& group = AddGroup(app, Tasks());
   AddTaskAdd(group, global);
-  AddTaskList(group, global);
-  AddTaskShow(group, global);
+  AddList(group, Tasks(), global);
+  AddShow(group, Tasks(), global);
   AddTaskSet(group, global);
-  AddTaskRemove(group, global);
+  AddRemove(group, Tasks(), global);
   AddTaskImport(group, global);
   AddTaskExport(group, global);
+  AddTaskRestart(group, global);
 }
 
 }  // namespace dorvdl::ctl

@@ -11,14 +11,12 @@ namespace dorvdl::ctl {
 // Adds the group "task". @p global must outlive @p app.
 void AddTaskCommands(CLI::App& app, const GlobalOptions& global);
 
-// The group's commands, one source file each.
+// The commands that only this group has, and those that have more to them than in other groups.
 void AddTaskAdd(CLI::App& group, const GlobalOptions& global);
-void AddTaskList(CLI::App& group, const GlobalOptions& global);
-void AddTaskShow(CLI::App& group, const GlobalOptions& global);
 void AddTaskSet(CLI::App& group, const GlobalOptions& global);
-void AddTaskRemove(CLI::App& group, const GlobalOptions& global);
 void AddTaskImport(CLI::App& group, const GlobalOptions& global);
 void AddTaskExport(CLI::App& group, const GlobalOptions& global);
+void AddTaskRestart(CLI::App& group, const GlobalOptions& global);
 
 }  // namespace dorvdl::ctl
 

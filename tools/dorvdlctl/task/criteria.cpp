@@ -1,17 +1,12 @@
 #include "task/criteria.h"
 
-#include <dorvdl/record/task.h>
-
-#include <algorithm>
-#include <boost/algorithm/string/predicate.hpp>
 #include <cstdint>
-#include <locale>
 #include <map>
 #include <string>
 #include <vector>
 
-#include "argument.h"
-#include "parse_number.h"
+#include "reading/parse_number.h"
+#include "record/criterion.h"
 #include "rendering/status_word.h"
 
 namespace dorvdl::ctl {
@@ -48,16 +43,6 @@ std::vector<std::int32_t> StatusesOf(const std::string& text) {
 
 std::string CheckStatus(const std::string& text) {
   return StatusesOf(text).empty() ? "\"" + text + "\" is no status" : "";
-}
-
-// In any case, as the list itself takes it.
-std::string CheckOrder(const std::string& name) {
-  std::vector<std::string> known = record::Task::GetSelectFields();
-  known.insert(known.end(), {"progress", "timeleft"});
-  const bool found = std::any_of(known.begin(), known.end(), [&name](const std::string& candidate) {
-    return boost::iequals(name, candidate, std::locale::classic());
-  });
-  return found ? "" : "\"" + name + "\" is neither a column nor progress nor timeleft";
 }
 
 // A pair of options that exclude each other. Each may be given several times, one value a time.
@@ -112,48 +97,15 @@ void AddType(CLI::App& command, ListOption& option) {
 
 }  // namespace
 
-void AddCriteria(CLI::App& command, ListOption& option) {
-  command
-      .add_option_function<std::string>(
-          "--name", [&option](const std::string& text) { option.filename = text; },
-          "Only tasks whose file name contains TEXT (case counts)")
-      ->type_name("TEXT")
-      ->check(Utf8Text());
+void AddTaskCriteria(CLI::App& command, ListOption& option) {
+  AddTextCriterion(command, "--name", "Only tasks whose file name contains TEXT (case counts)",
+                   option.filename);
   AddStatus(command, option);
   AddType(command, option);
-  command
-      .add_option_function<std::int32_t>(
-          "--waiting-after", [&option](std::int32_t time) { option.waiting_until_time = time; },
-          "Only tasks that wait for a time after EPOCH (seconds since 1970)")
-      ->type_name("EPOCH")
-      ->check(NumberFrom(0));
-}
-
-void AddOrderAndPage(CLI::App& command, control::option::common::ListOption& option) {
-  command
-      .add_option_function<std::string>(
-          "--sort-by", [&option](const std::string& name) { option.sort_by = name; },
-          "Order by a column (`task show` names them), by progress or by timeleft")
-      ->type_name("COLUMN")
-      ->check(CLI::Validator(&CheckOrder, "", ""));
-  command.add_flag_callback(
-      "--descending",
-      [&option] {
-        option.ascending = false;
-        option.sort_by = option.sort_by.value_or("task_id");  // whose order is ascending otherwise
-      },
-      "Turn the order round");
-  command
-      .add_option_function<std::int32_t>(
-          "--limit", [&option](std::int32_t rows) { option.limit = rows; }, "List N tasks at most")
-      ->type_name("N")
-      ->check(NumberFrom(0));
-  command
-      .add_option_function<std::int32_t>(
-          "--offset", [&option](std::int32_t rows) { option.offset = rows; },
-          "Leave out the first N tasks")
-      ->type_name("N")
-      ->check(NumberFrom(0));
+  AddNumberCriterion(command, "--waiting-after",
+                     "Only tasks that wait for a time after EPOCH (seconds since 1970)", 0,
+                     option.waiting_until_time)
+      .type_name("EPOCH");
 }
 
 }  // namespace dorvdl::ctl

@@ -8,9 +8,8 @@
 
 namespace dorvdl::ctl {
 
-// Each adds options to @p command that set @p option, which must outlive the command.
-void AddCriteria(CLI::App& command, control::option::task::ListOption& option);
-void AddOrderAndPage(CLI::App& command, control::option::common::ListOption& option);
+// Adds options to @p command that set @p option, which must outlive the command.
+void AddTaskCriteria(CLI::App& command, control::option::task::ListOption& option);
 
 }  // namespace dorvdl::ctl
 

@@ -1,53 +1,38 @@
 #include <memory>
 
+#include "record/commands.h"
 #include "task/commands.h"
-#include "task/common.h"
-#include "task/field.h"
+#include "task/kind.h"
+#include "task/password.h"
 
 namespace dorvdl::ctl {
 namespace {
 
-struct Arguments {
-  std::int32_t id = 0;
-  std::vector<std::string> assignments;
+struct Arguments : AssignmentArguments<TaskKind> {
   std::string password_file;
 };
 
-// A task with the key and what is to be changed, nothing else: a task that was read must not be
-// written back.
-record::Task Changes(const Arguments& arguments) {
-  record::Task changes;
-  changes.set_primary_key(arguments.id);
-  for (const std::string& assignment : arguments.assignments) {
-    Assign(assignment, changes);
-  }
-  if (!arguments.password_file.empty()) {
-    changes.mutable_proto().set_unzip_password(ReadPassword(arguments.password_file));
-  }
-  return changes;
-}
-
+// Writes a task with the key and what is to be changed, nothing else: a task that was read must not
+// be written back.
 void Set(const Arguments& arguments, const GlobalOptions& global) {
   if (arguments.assignments.empty() && arguments.password_file.empty()) {
     throw WrongUsage("nothing to set: give KEY=VALUE");
   }
-  const record::Task changes = Changes(arguments);
-  Work work(global);
-  GetTask(work, arguments.id, global);
-  work.tasks().Update(changes);  // a failure makes the commit fail
-  work.Commit();
+  record::Task changes = arguments.Carry(Tasks());
+  changes.set_primary_key(arguments.key);
+  if (!arguments.password_file.empty()) {
+    changes.mutable_proto().set_unzip_password(ReadPassword(arguments.password_file));
+  }
+  Change(Tasks(), arguments.key, changes, global);
 }
 
 }  // namespace
 
 void AddTaskSet(CLI::App& group, const GlobalOptions& global) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = *group.add_subcommand("set", "Change columns of a task");
-  AddTaskId(command, arguments->id);
-  command
-      .add_option("KEY=VALUE", arguments->assignments,
-                  "A column and its new value: a text or decimal number, JSON for extra_data")
-      ->type_name("");
+  CLI::App& command = *group.add_subcommand("set", "Change columns of one task");
+  AddKey(command, Tasks(), arguments->key);
+  AddAssignments(command, arguments->assignments);
   AddPasswordFile(command, arguments->password_file);
   command.footer(
       "Only the columns named are written. `task show` names them all.\n"

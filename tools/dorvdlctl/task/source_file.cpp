@@ -1,8 +1,11 @@
 // The commands on the torrent or NZB file that is stored with a task.
 #include <memory>
 
+#include "outcome.h"
+#include "record/key.h"
+#include "record/rows.h"
 #include "task/commands.h"
-#include "task/common.h"
+#include "task/kind.h"
 
 namespace dorvdl::ctl {
 namespace {
@@ -14,8 +17,8 @@ struct Arguments {
 
 void Import(const Arguments& arguments, const GlobalOptions& global) {
   Work work(global);
-  GetTask(work, arguments.id, global);
-  if (!work.tasks().LoImport(arguments.id, arguments.path)) {
+  Rows(work, Tasks()).GetExisting(arguments.id);
+  if (!work.Use<db::DownloadQueue>().LoImport(arguments.id, arguments.path)) {
     throw Failure(arguments.path + " could not be stored; details are in the system log");
   }
   work.Commit();
@@ -23,10 +26,10 @@ void Import(const Arguments& arguments, const GlobalOptions& global) {
 
 void Export(const Arguments& arguments, const GlobalOptions& global) {
   Work work(global);
-  if (GetTask(work, arguments.id, global).proto().file_oid() == 0) {
+  if (Rows(work, Tasks()).GetExisting(arguments.id).proto().file_oid() == 0) {
     throw Failure("no file is stored with task " + std::to_string(arguments.id));
   }
-  if (!work.tasks().LoExport(arguments.id, arguments.path)) {
+  if (!work.Use<db::DownloadQueue>().LoExport(arguments.id, arguments.path)) {
     throw Failure(arguments.path + " could not be written; details are in the system log");
   }
   work.Commit();
@@ -37,7 +40,7 @@ void AddSourceFileCommand(CLI::App& group, const GlobalOptions& global, const ch
                           void (*run)(const Arguments&, const GlobalOptions&)) {
   const auto arguments = std::make_shared<Arguments>();
   CLI::App& command = *group.add_subcommand(name, description);
-  AddTaskId(command, arguments->id);
+  AddKey(command, Tasks(), arguments->id);
   command.add_option("FILE", arguments->path, path_description)->type_name("")->required();
   command.callback([arguments, run, &global] { run(*arguments, global); });
 }

@@ -1,21 +1,16 @@
 #include <dorvdl/record/task_status.h>
 
 #include <algorithm>
-#include <iostream>
-#include <memory>
+#include <cstdint>
+#include <string>
+#include <vector>
 
-#include "rendering/message_json.h"
 #include "rendering/status_word.h"
-#include "rendering/table.h"
 #include "rendering/units.h"
-#include "task/commands.h"
-#include "task/common.h"
-#include "task/criteria.h"
+#include "task/kind.h"
 
 namespace dorvdl::ctl {
 namespace {
-
-using control::option::task::ListOption;
 
 // "-" when unknown, under the conditions of the order "timeleft".
 std::string TimeLeft(const record::proto::Task& task) {
@@ -28,7 +23,9 @@ std::string TimeLeft(const record::proto::Task& task) {
   return Duration((missing + task.current_rate() - 1) / task.current_rate());
 }
 
-void PrintTable(const std::vector<record::Task>& tasks, bool with_user) {
+}  // namespace
+
+Table DrawTasks(const std::vector<record::Task>& tasks, bool with_user) {
   std::vector<Column> columns = {{"ID", Alignment::kRight}};
   if (with_user) {
     columns.push_back({"USER"});
@@ -54,41 +51,7 @@ void PrintTable(const std::vector<record::Task>& tasks, bool with_user) {
                                Rate(fields.current_rate()), TimeLeft(fields)});
     table.Add(cells);
   }
-  table.Print(std::cout, TerminalWidth());
-}
-
-void PrintJson(const std::vector<record::Task>& tasks) {
-  Json::Value list(Json::arrayValue);
-  for (const record::Task& task : tasks) {
-    list.append(TaskToJson(task));
-  }
-  std::cout << JsonText(list) << '\n';
-}
-
-void List(const ListOption& option, const GlobalOptions& global) {
-  Work work(global);
-  const std::vector<record::Task> tasks = work.tasks().List(option);
-  work.Commit();
-  if (global.json) {
-    PrintJson(tasks);
-  } else {
-    PrintTable(tasks, global.user.empty());
-  }
-}
-
-}  // namespace
-
-void AddTaskList(CLI::App& group, const GlobalOptions& global) {
-  const auto option = std::make_shared<ListOption>();
-  CLI::App& command = *group.add_subcommand("list", "List tasks");
-  AddCriteria(command, *option);
-  AddOrderAndPage(command, option->common);
-  command.footer(
-      "A task is listed when it meets all criteria. The order is that of the ids by default.\n"
-      "\nExamples:\n"
-      "  dorvdlctl --user alice task list --status downloading --sort-by timeleft\n"
-      "  dorvdlctl task list --status failed --type bt --type nzb --json");
-  command.callback([option, &global] { List(*option, global); });
+  return table;
 }
 
 }  // namespace dorvdl::ctl

@@ -1,6 +1,6 @@
 // Decimal numbers from text.
-#ifndef DORVDLCTL_PARSE_NUMBER_H_
-#define DORVDLCTL_PARSE_NUMBER_H_
+#ifndef DORVDLCTL_READING_PARSE_NUMBER_H_
+#define DORVDLCTL_READING_PARSE_NUMBER_H_
 
 #include <charconv>
 #include <string>
@@ -18,4 +18,4 @@ bool ParseNumber(const std::string& text, T& number) {
 
 }  // namespace dorvdl::ctl
 
-#endif  // DORVDLCTL_PARSE_NUMBER_H_
+#endif  // DORVDLCTL_READING_PARSE_NUMBER_H_

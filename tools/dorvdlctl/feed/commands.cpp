@@ -1,0 +1,62 @@
+#include "feed/commands.h"
+
+#include <dorvdl/control/option/rss_feed.h>
+#include <dorvdl/db/rss_feed.h>
+
+#include "outcome.h"
+#include "record/commands.h"
+
+namespace dorvdl::ctl {
+namespace {
+
+using control::option::rss_feed::ListOption;
+using FeedKind = Kind<db::RssFeed, ListOption>;
+
+void AddCriteria(CLI::App& command, ListOption& option) {
+  AddTextCriterion(command, "--url", "Only feeds with exactly this address", option.url)
+      .type_name("URL");
+}
+
+void GiveOwner(record::RssFeed& feed, const GlobalOptions& global) {
+  record::proto::RssFeed& message = feed.mutable_proto();
+  if (message.has_username() != global.user.empty()) {
+    throw WrongUsage("a new feed needs one owner: give either --user or username=NAME");
+  }
+  if (!message.has_username()) {
+    message.set_username(global.user);
+  }
+}
+
+const FeedKind& Feeds() {
+  static const FeedKind feeds = [] {
+    FeedKind kind;
+    kind.noun = "feed";
+    kind.title = "RSS feeds";
+    kind.key = "id";
+    kind.listed = {"id", "username", "title", "url", "last_update", "is_updating"};
+    kind.shrinking = "url";
+    kind.add_criteria = &AddCriteria;
+    kind.complete = &GiveOwner;
+    kind.footers.list = "Example: dorvdlctl --user alice feed list --sort-by title";
+    kind.footers.show = "Example: dorvdlctl feed show 3 --json";
+    kind.footers.add =
+        "Columns: username, title, url, last_update (seconds since 1970), is_updating.\n"
+        "The feed belongs to the user given by --user.\n"
+        "\nExample: dorvdlctl --user alice feed add title=News url=https://example.org/rss";
+    kind.footers.set =
+        "Only the columns named are written: username, title, url, last_update, is_updating.\n"
+        "\nExample: dorvdlctl feed set 3 last_update=1700000000 is_updating=no";
+    kind.footers.remove =
+        "The feeds' items and filters stay: remove them first (`item clear`, `filter remove`).\n";
+    return kind;
+  }();
+  return feeds;
+}
+
+}  // namespace
+
+void AddFeedCommands(CLI::App& app, const GlobalOptions& global) {
+  AddRecordGroup(app, Feeds(), global);
+}
+
+}  // namespace dorvdl::ctl

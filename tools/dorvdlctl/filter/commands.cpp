@@ -1,0 +1,52 @@
+#include "filter/commands.h"
+
+#include <dorvdl/control/option/rss_filter.h>
+#include <dorvdl/db/rss_filter.h>
+
+#include "filter/test.h"
+#include "record/commands.h"
+
+namespace dorvdl::ctl {
+namespace {
+
+using control::option::rss_filter::ListOption;
+using FilterKind = Kind<db::RssFilter, ListOption>;
+
+void AddCriteria(CLI::App& command, ListOption& option) {
+  AddNumberCriterion(command, "--feed", "Only filters of the feed with this id", 1, option.feed_id)
+      .type_name("ID");
+}
+
+const FilterKind& Filters() {
+  static const FilterKind filters = [] {
+    FilterKind kind;
+    kind.noun = "filter";
+    kind.title = "Rules that pick items of RSS feeds";
+    kind.key = "id";
+    kind.listed = {"id",        "feed_id",  "name",   "match",
+                   "not_match", "is_regex", "enable", "destination"};
+    kind.shrinking = "match";
+    kind.parent = &FeedParent();
+    kind.add_criteria = &AddCriteria;
+    kind.footers.list = "Example: dorvdlctl filter list --feed 3";
+    kind.footers.show = "Example: dorvdlctl filter show 5 --json";
+    kind.footers.add =
+        "Columns: feed_id, name, match, not_match, destination, enable, is_regex. The patterns\n"
+        "are regular expressions when is_regex is set, otherwise LIKE patterns (% and _).\n"
+        "\nExample: dorvdlctl filter add feed_id=3 name=Films match=%1080p% not_match=%cam%";
+    kind.footers.set =
+        "Only the columns named are written: feed_id, name, match, not_match, destination,\n"
+        "enable, is_regex.\n"
+        "\nExample: dorvdlctl filter set 5 enable=no";
+    return kind;
+  }();
+  return filters;
+}
+
+}  // namespace
+
+void AddFilterCommands(CLI::App& app, const GlobalOptions& global) {
+  AddFilterTest(AddRecordGroup(app, Filters(), global), global);
+}
+
+}  // namespace dorvdl::ctl

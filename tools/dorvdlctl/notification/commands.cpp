@@ -1,0 +1,69 @@
+#include "notification/commands.h"
+
+#include <dorvdl/db/notification.h>
+
+#include <memory>
+
+#include "outcome.h"
+#include "record/commands.h"
+
+namespace dorvdl::ctl {
+namespace {
+
+using NotificationKind = Kind<db::Notification>;
+
+const NotificationKind& Notifications() {
+  static const NotificationKind notifications = [] {
+    NotificationKind kind;
+    kind.noun = "notification";
+    kind.title = "Notifications about tasks that wait to be delivered";
+    kind.key = "id";
+    kind.listed = {"id", "task_id", "type", "create_time"};
+    kind.parent = &TaskParent();
+    kind.footers.list = "Example: dorvdlctl notification list --limit 10";
+    kind.footers.show = "Example: dorvdlctl notification show 9 --json";
+    kind.footers.add =
+        "Columns: task_id, type (complete, failed or captcha), create_time (seconds since 1970).\n"
+        "\nExample: dorvdlctl notification add task_id=7 type=complete create_time=1700000000";
+    kind.footers.set =
+        "Only the columns named are written: task_id, type, create_time.\n"
+        "\nExample: dorvdlctl notification set 9 type=failed";
+    return kind;
+  }();
+  return notifications;
+}
+
+void ClearUntil(std::int32_t id, const GlobalOptions& global) {
+  if (!global.user.empty()) {
+    throw WrongUsage("clear-until reaches the notifications of all users: leave out --user");
+  }
+  Work work(global);
+  work.Use<db::Notification>().DeleteEarlierThan(id);
+  work.Commit();
+}
+
+void AddClearUntil(CLI::App& group, const GlobalOptions& global) {
+  const auto id = std::make_shared<std::int32_t>();
+  CLI::App& command =
+      *group.add_subcommand("clear-until", "Remove all notifications up to and with one");
+  AddKey(command, Notifications(), *id);
+  command.footer(
+      "Removes every notification, of all users, whose id is ID or less.\n"
+      "\nExample: dorvdlctl notification clear-until 9");
+  command.callback([id, &global] { ClearUntil(*id, global); });
+}
+
+}  // namespace
+
+void AddNotificationCommands(CLI::App& app, const GlobalOptions& global) {
+  CLI::App& group = AddRecordGroup(app, Notifications(), global);
+  AddFixedList(group, Notifications(), global, "view",
+               "List the notifications as their deliverer reads them",
+               [](Work& work) { return work.Use<db::Notification>().ListFromView(); })
+      .footer(
+          "Lists the view notification_view, which a deployment may define for itself.\n"
+          "\nExample: dorvdlctl notification view");
+  AddClearUntil(group, global);
+}
+
+}  // namespace dorvdl::ctl

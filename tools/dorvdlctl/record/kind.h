@@ -1,0 +1,70 @@
+// What the commands on records need to know of a kind of record. Each group of commands states its
+// kind once, and the commands that all groups have (record/commands.h) follow from it.
+#ifndef DORVDLCTL_RECORD_KIND_H_
+#define DORVDLCTL_RECORD_KIND_H_
+
+#include <dorvdl/control/option/common.h>
+#include <dorvdl/db/operator.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "global_options.h"
+#include "reading/assignment.h"
+#include "record/parent.h"
+#include "rendering/message_json.h"
+#include "rendering/record_view.h"
+
+namespace dorvdl::ctl {
+
+// What does not depend on the table's accessor. The key's column and what may be assigned are those
+// of the base.
+struct Description : Assignable {
+  std::string title;                 // of the group of commands, in the help
+  std::string key_label = "ID";      // what stands for the key in the help
+  bool key_is_given = false;         // the database makes no keys: `add` is told them
+  std::vector<std::string> columns;  // all, in the order in which `show` has them
+  std::vector<std::string> listed;   // the columns of `list`
+  std::string shrinking;             // the one that gives way in a narrow terminal
+  std::vector<std::string> orders;   // the orders of `list` that are no columns
+  const Parent* parent = nullptr;    // what the records belong to, if anything
+  struct {
+    std::string list, show, add, set, remove;
+  } footers;  // remarks and examples, in the help
+};
+
+template <typename Record>
+Record RecordIn(const db::DBOperator<Record>&);
+
+// @tparam TableAccessor  the table's accessor.
+// @tparam Criteria       the list option that its List() takes; the common one for a table without
+//                        criteria.
+template <typename TableAccessor, typename Criteria = control::option::common::ListOption,
+          typename KeyType = std::int32_t>
+struct Kind : Description {
+  using Accessor = TableAccessor;
+  using Option = Criteria;
+  using Key = KeyType;
+  using Record = decltype(RecordIn(std::declval<Accessor&>()));
+
+  Kind() { columns = ColumnsOf(*Record().proto().GetDescriptor()); }
+
+  // The record as JSON.
+  Json::Value (*to_json)(const Record& record) = [](const Record& record) {
+    return MessageToJson(record.proto());
+  };
+  // Adds options to `list` that say which records are wanted; may be null.
+  void (*add_criteria)(CLI::App& command, Option& option) = nullptr;
+  // Adds to a new record what the command line leaves open. Throws WrongUsage; may be null.
+  void (*complete)(Record& record, const GlobalOptions& global) = nullptr;
+  // The table for people, where it has more to it than the columns listed; the owners stand in it
+  // when @p with_user.
+  Table (*draw)(const std::vector<Record>& records, bool with_user) = nullptr;
+};
+
+}  // namespace dorvdl::ctl
+
+#endif  // DORVDLCTL_RECORD_KIND_H_

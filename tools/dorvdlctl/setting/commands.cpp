@@ -1,0 +1,63 @@
+#include "setting/commands.h"
+
+#include <dorvdl/util/to_lower.h>
+
+#include <string>
+
+#include "outcome.h"
+#include "record/commands.h"
+#include "setting/table.h"
+
+namespace dorvdl::ctl {
+namespace {
+
+using SettingKind = Kind<SettingTable, control::option::common::ListOption, std::string>;
+
+void CheckOwner(record::UserSetting& setting, const GlobalOptions& global) {
+  const std::string& owner = setting.proto().username();
+  if (!global.user.empty() && util::ToLower(owner) != util::ToLower(global.user)) {
+    throw WrongUsage("user " + global.user + " cannot add settings of user " + owner);
+  }
+}
+
+const SettingKind& Settings() {
+  static const SettingKind settings = [] {
+    SettingKind kind;
+    kind.noun = "setting";
+    kind.title = "Download settings of the users, one per user";
+    kind.key = "username";
+    kind.key_label = "NAME";
+    kind.key_is_given = true;
+    kind.listed = {"username",
+                   "uid",
+                   "user_disabled",
+                   "share_folder",
+                   "delete_watchtorrent",
+                   "watchfolder",
+                   "enable_watchffolder"};
+    kind.shrinking = "watchfolder";
+    kind.complete = &CheckOwner;
+    kind.footers.list = "Example: dorvdlctl setting list --sort-by uid";
+    kind.footers.show =
+        "NAME is written as in the table: here case counts.\n"
+        "\nExample: dorvdlctl setting show alice --json";
+    kind.footers.add =
+        "Columns: uid, share_folder, user_disabled, delete_watchtorrent, watchfolder,\n"
+        "enable_watchffolder (spelt like this).\n"
+        "\nExample: dorvdlctl setting add alice uid=1026 share_folder=video";
+    kind.footers.set =
+        "Only the columns named are written: uid, share_folder, user_disabled,\n"
+        "delete_watchtorrent, watchfolder, enable_watchffolder.\n"
+        "\nExample: dorvdlctl setting set alice user_disabled=yes";
+    return kind;
+  }();
+  return settings;
+}
+
+}  // namespace
+
+void AddSettingCommands(CLI::App& app, const GlobalOptions& global) {
+  AddRecordGroup(app, Settings(), global);
+}
+
+}  // namespace dorvdl::ctl
