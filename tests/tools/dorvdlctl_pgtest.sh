@@ -1,31 +1,6 @@
 #!/usr/bin/env bash
-# Tests of tools/dorvdlctl, in the private server that runs this script.
-. "$(dirname "$0")/../support/script_test.sh"
-
-query() {
-  psql -XAtq -U Tarnwick -d download -c "$1"
-}
-
-# expect_run STATUS ARGUMENT...: runs dorvdlctl and leaves its streams in `output` and `messages`.
-expect_run() {
-  local status=0
-  output=$(dorvdlctl "${@:2}" 2>"$scratch/messages") || status=$?
-  messages=$(<"$scratch/messages")
-  ((status == $1)) || fail "exit status $status instead of $1 from: ${*:2}"$'\n'"$output"$'\n'"$messages"
-}
-
-# refused STATUS MESSAGE ARGUMENT...: nothing but the message comes of it.
-refused() {
-  expect_run "$1" "${@:3}"
-  expect_equal "$output" ''
-  expect_contains "$messages" "dorvdlctl: $2"
-}
-
-# json EXPRESSION: the value of an SQL expression on `doc`, the last output taken as JSON. (PostgreSQL
-# keeps all digits of a number.)
-json() {
-  psql -XAtq -U Tarnwick -d download -v doc="$output" <<<"SELECT $1 FROM (SELECT :'doc'::jsonb AS doc) d"
-}
+# Tests of dorvdlctl itself and of its group "task", in the private server that runs this script.
+. "$(dirname "$0")/../support/dorvdlctl_test.sh"
 
 # listed ARGUMENT...: the ids that `task list` prints, in order.
 listed() {
@@ -431,6 +406,88 @@ test_wrong_usage_is_told_without_a_server() {
 test_output_that_cannot_be_written_is_a_failure() {
   expect_status 1 bash -c 'dorvdlctl task list >/dev/full'
   expect_equal "$output" "dorvdlctl: the output could not be written"
+}
+
+# Tasks of alice and bob that wait for a captcha (1, 2) or a file host (3, 4), and one that does for
+# neither (5); all with what their plug-ins keep.
+parked_tasks() {
+  query "INSERT INTO download_queue (username, status) VALUES
+    ('alice', 15), ('bob', 15), ('alice', 9), ('bob', 9), ('alice', 2)"
+  query "INSERT INTO task_plugin (task_id, attributes) SELECT task_id, '{}' FROM download_queue"
+}
+
+# parked: the status of each task, and whether its plug-in keeps something.
+parked() {
+  query "SELECT string_agg(status || CASE attributes WHEN 'null' THEN '-' ELSE '+' END, ' '
+    ORDER BY task_id) FROM download_queue JOIN task_plugin USING (task_id)"
+}
+
+test_a_captcha_restart_clears_what_the_plugin_kept() {
+  parked_tasks
+  expect_run 0 --user alice task restart captcha 1
+  expect_equal "$output$messages" ''
+  expect_equal "$(parked)" '1- 15+ 9+ 9+ 2+'
+  expect_run 0 task restart captcha 5
+  expect_equal "$(parked)" '1- 15+ 9+ 9+ 1-'
+}
+
+test_a_host_restart_leaves_what_the_plugin_kept() {
+  parked_tasks
+  expect_run 0 task restart host 3
+  expect_equal "$output$messages" ''
+  expect_equal "$(parked)" '15+ 15+ 1+ 9+ 2+'
+  refused 1 'task 5 does not wait for a file host' task restart host 5
+  refused 1 'task 1 does not wait for a file host' task restart host 1
+}
+
+test_all_parked_tasks_are_restarted_and_named() {
+  parked_tasks
+  expect_run 0 task restart captcha --all
+  expect_equal "$output" $'1\n2'
+  expect_run 0 --json task restart host --all
+  expect_equal "$(json "doc = '[3, 4]'")" t
+  expect_equal "$(parked)" '1- 1- 1- 1- 2+'
+  expect_run 0 task restart host --all
+  expect_equal "$output" ''
+  expect_run 0 --json task restart captcha --all
+  expect_equal "$output" '[]'
+}
+
+test_restarts_keep_users_apart() {
+  parked_tasks
+  refused 1 'no task 2 of user alice' --user alice task restart captcha 2
+  refused 1 'no task 4 of user alice' --user alice task restart host 4
+  expect_run 0 --user alice task restart captcha --all
+  expect_equal "$output" 1
+  expect_run 0 --user alice task restart host --all
+  expect_equal "$output" 3
+  expect_equal "$(parked)" '1- 15+ 1- 9+ 2+'
+}
+
+test_a_restart_needs_a_task_or_all() {
+  local kind
+  for kind in captcha host; do
+    help_of task restart "$kind"
+    refused 2 'give the ID of a task, or --all' task restart "$kind"
+    refused 2 'ID excludes --all' task restart "$kind" 1 --all
+    refused 2 'ID: "0" is no whole number' task restart "$kind" 0
+    refused 1 'no task 9' task restart "$kind" 9
+  done
+}
+
+test_a_restart_that_fails_changes_nothing() {
+  parked_tasks
+  query 'ALTER TABLE task_plugin RENAME COLUMN attributes TO other'
+  refused 1 'the database operation failed' task restart captcha 1
+  refused 1 'the database operation failed' task restart captcha --all
+  refused 1 'the database operation failed' task restart host --all
+  expect_equal "$(query 'SELECT count(*) FROM download_queue WHERE status IN (9, 15)')" 4
+}
+
+test_a_count_is_that_of_all_pages() {
+  some_tasks
+  expect_run 0 task list --count --status 2 --limit 1
+  expect_equal "$output" 2
 }
 
 run_test "$@"

@@ -47,7 +47,8 @@ const FeedKind& Feeds() {
         "Only the columns named are written: username, title, url, last_update, is_updating.\n"
         "\nExample: dorvdlctl feed set 3 last_update=1700000000 is_updating=no";
     kind.footers.remove =
-        "The feeds' items and filters stay: remove them first (`item clear`, `filter remove`).\n";
+        "The feeds' items and filters stay: remove them first (`item clear`, `filter remove`).\n"
+        "\nExample: dorvdlctl feed remove 3";
     return kind;
   }();
   return feeds;

@@ -38,6 +38,7 @@ const FilterKind& Filters() {
         "Only the columns named are written: feed_id, name, match, not_match, destination,\n"
         "enable, is_regex.\n"
         "\nExample: dorvdlctl filter set 5 enable=no";
+    kind.footers.remove = "\nExample: dorvdlctl filter remove 5 6";
     return kind;
   }();
   return filters;

@@ -63,6 +63,7 @@ const ItemKind& Items() {
     kind.footers.set =
         "Only the columns named are written: feed_id, title, url, link, date, size, is_new.\n"
         "\nExample: dorvdlctl item set 12 is_new=no";
+    kind.footers.remove = "\nExample: dorvdlctl item remove 12 13";
     return kind;
   }();
   return items;

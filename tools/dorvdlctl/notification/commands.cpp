@@ -28,6 +28,7 @@ const NotificationKind& Notifications() {
     kind.footers.set =
         "Only the columns named are written: task_id, type, create_time.\n"
         "\nExample: dorvdlctl notification set 9 type=failed";
+    kind.footers.remove = "\nExample: dorvdlctl notification remove 9";
     return kind;
   }();
   return notifications;

@@ -59,6 +59,7 @@ const PluginKind& Plugins() {
         "Only the columns named are written: process, current_plugin, current_type,\n"
         "current_status, attributes, response, result, pid.\n"
         "\nExample: dorvdlctl plugin set 7 pid=0 'result={\"files\": 3}'";
+    kind.footers.remove = "\nExample: dorvdlctl plugin remove 7";
     return kind;
   }();
   return plugins;

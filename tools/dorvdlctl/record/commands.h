@@ -184,7 +184,8 @@ void AddAdd(CLI::App& group, const KindType& kind, const GlobalOptions& global) 
       kind.complete(record, global);
     }
     if (kind.parent != nullptr && !NamesParent(*kind.parent, record.proto())) {
-      throw WrongUsage(kind.noun + ": " + kind.parent->column + " is missing, what it belongs to");
+      throw WrongUsage("a new " + kind.noun + " needs " + kind.parent->column +
+                       "=ID, which it belongs to");
     }
     Insert(kind, arguments->key, record, global);
   });
@@ -212,8 +213,8 @@ void AddRemove(CLI::App& group, const KindType& kind, const GlobalOptions& globa
   const auto keys = std::make_shared<std::vector<typename KindType::Key>>();
   CLI::App& command = *group.add_subcommand("remove", "Remove " + kind.noun + "s");
   AddKeys(command, kind, *keys);
-  command.footer(kind.footers.remove +
-                 "Those that do not exist are named; the others are removed all the same.");
+  command.footer("Those that do not exist are named; the others are removed all the same.\n" +
+                 kind.footers.remove);
   command.callback([keys, &kind, &global] { Remove(kind, *keys, global); });
 }
 

@@ -32,7 +32,6 @@ class Rows {
   using Key = typename KindType::Key;
   using Option = typename KindType::Option;
   using Record = typename KindType::Record;
-  using Operator = db::DBOperator<Record>;
 
   Rows(Work& work, const KindType& kind)
       : work_(work), kind_(kind), table_(work.Use<Accessor>()), scope_(ScopeOf(work, kind)) {}
@@ -41,7 +40,7 @@ class Rows {
     if constexpr (kActsForUser<Accessor>) {
       return table_.Get(key);
     } else {
-      return table_.Get(key, scope_);
+      return generic().Get(key, scope_);
     }
   }
 
@@ -59,7 +58,7 @@ class Rows {
     if constexpr (kActsForUser<Accessor>) {
       return table_.List(option);
     } else {
-      return table_.Rows::Operator::List(CommonPart(option), ConditionOf(option) && scope_);
+      return generic().List(CommonPart(option), ConditionOf(option) && scope_);
     }
   }
 
@@ -67,7 +66,7 @@ class Rows {
     if constexpr (kActsForUser<Accessor>) {
       return table_.Count(option);
     } else {
-      return table_.Rows::Operator::Count(ConditionOf(option) && scope_);
+      return generic().Count(ConditionOf(option) && scope_);
     }
   }
 
@@ -77,7 +76,7 @@ class Rows {
     if constexpr (kActsForUser<Accessor>) {
       table_.Update(changes);
     } else {
-      table_.Update(changes, scope_);
+      generic().Update(changes, scope_);
     }
   }
 
@@ -85,12 +84,15 @@ class Rows {
     if constexpr (kActsForUser<Accessor>) {
       table_.Delete(keys);
     } else {
-      table_.Delete(keys, scope_);
+      generic().Delete(keys, scope_);
     }
   }
 
  private:
   using Condition = dorvdbquery::Condition;
+
+  // The operations that take a condition, which the accessor may hide.
+  db::DBOperator<Record>& generic() { return table_; }
 
   static Condition ScopeOf(Work& work, const KindType& kind) {
     return kind.parent == nullptr ? Condition::Null() : BelongsToOwn(work, *kind.parent);

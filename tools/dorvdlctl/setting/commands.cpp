@@ -49,6 +49,7 @@ const SettingKind& Settings() {
         "Only the columns named are written: uid, share_folder, user_disabled,\n"
         "delete_watchtorrent, watchfolder, enable_watchffolder.\n"
         "\nExample: dorvdlctl setting set alice user_disabled=yes";
+    kind.footers.remove = "\nExample: dorvdlctl setting remove alice";
     return kind;
   }();
   return settings;

@@ -59,7 +59,9 @@ const TaskKind& Tasks() {
         "  dorvdlctl --user alice task list --status downloading --sort-by timeleft\n"
         "  dorvdlctl task list --status failed --type bt --type nzb --json";
     kind.footers.show =
-        "Of a password it shows only that there is one, and in JSON nothing at all.";
+        "Of a password it shows only that there is one, and in JSON nothing at all.\n"
+        "\nExample: dorvdlctl task show 7 --json";
+    kind.footers.remove = "\nExample: dorvdlctl task remove 7 8";
     return kind;
   }();
   return tasks;

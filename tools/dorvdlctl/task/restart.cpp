@@ -92,7 +92,7 @@ CLI::App& AddRestart(CLI::App& group, const GlobalOptions& global, const std::st
   CLI::Option* const all = command.add_flag(
       "--all", arguments->all,
       "All tasks that wait for " + waiting + "; prints the ids of those restarted");
-  id->excludes(all);
+  id->excludes(all)->option_text(" ");
   command.callback([arguments, &global] {
     if (arguments->all) {
       RestartAll<Restart>(global);

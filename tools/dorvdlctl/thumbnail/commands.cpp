@@ -45,6 +45,7 @@ const ThumbnailKind& Thumbnails() {
         "Only the columns named are written: task_id, file_index, thumbnail_index,\n"
         "thumbnail_second, thumbnail_filename, create_time.\n"
         "\nExample: dorvdlctl thumbnail set 4 thumbnail_second=90";
+    kind.footers.remove = "\nExample: dorvdlctl thumbnail remove 4";
     return kind;
   }();
   return thumbnails;
