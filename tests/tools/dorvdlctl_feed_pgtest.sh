@@ -150,7 +150,7 @@ test_remove_names_the_missing_and_removes_the_rest() {
 }
 
 test_a_failure_is_no_empty_result() {
-  query 'ALTER TABLE rss_feed RENAME COLUMN id TO other'
+  query 'ALTER TABLE rss_feed RENAME TO other'
   local command
   for command in list 'list --count' 'show 1' 'set 1 title=x' 'remove 1' 'add username=a'; do
     # shellcheck disable=SC2086  # words of a command

@@ -93,7 +93,7 @@ test_the_text_stands_for_itself() {
 test_a_pattern_that_is_none_is_a_failure() {
   refused 1 'the pattern could not be tried' filter test --regex a '('
   refused 1 'the pattern could not be tried' filter test --regex a '*' --json
-  refused 1 'the pattern could not be tried' filter test a 'a\'
+  refused 1 'the pattern could not be tried' filter test a \\
   refused 2 'PATTERN is required' filter test a
   refused 2 'TEXT: not UTF-8' filter test $'\xff' a
 }

@@ -69,7 +69,7 @@ test_criteria() {
   expect_equal "$(listed --url http://3)" '3'
   expect_equal "$(listed --date 2000 --sort-by id --descending)" '4 3'
   expect_equal "$(listed --like "%' OR true --")" ''
-  refused 2 '--seen excludes --new' item list --new --seen
+  refused 2 '--new excludes --seen' item list --new --seen
   refused 2 '--feed: "0" is no whole number' item list --feed 0
   refused 1 'the database operation failed' item list --regex '('
 }

@@ -82,7 +82,7 @@ test_names_are_no_statement_text() {
 }
 
 test_a_failure_is_no_empty_result() {
-  query 'ALTER TABLE user_setting RENAME COLUMN username TO other'
+  query 'ALTER TABLE user_setting RENAME TO other'
   local command
   for command in list 'list --count' 'show alice' 'set alice uid=1' 'remove alice' 'add alice'; do
     # shellcheck disable=SC2086  # words of a command
