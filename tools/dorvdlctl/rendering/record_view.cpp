@@ -29,6 +29,7 @@ std::string TitleOf(const std::string& column) {
 
 std::vector<std::string> ColumnsOf(const Descriptor& message) {
   std::vector<std::string> columns;
+  columns.reserve(static_cast<std::size_t>(message.field_count()));
   for (int i = 0; i < message.field_count(); ++i) {
     columns.push_back(message.field(i)->name());
   }
@@ -46,6 +47,7 @@ Table TableOf(const Descriptor& message, const std::vector<std::string>& columns
   Table table(headings);
   for (const Json::Value& row : rows) {
     std::vector<std::string> cells;
+    cells.reserve(columns.size());
     for (const std::string& column : columns) {
       cells.push_back(ColumnText(column, row[column], Detail::kBrief));
     }
