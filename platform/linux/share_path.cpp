@@ -1,72 +1,52 @@
 #include <dorv/share_path.h>
-#include <grp.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <boost/algorithm/string.hpp>
-#include <cerrno>
 #include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
 
+#include "account.h"
+
 namespace dorvdl::common {
 namespace {
 
-struct Account {
+struct User {
   uid_t uid;
-  std::vector<gid_t> groups;  // the primary one included
+  std::vector<gid_t> groups;
 };
 
-std::optional<Account> FindAccount(const std::string& user) {
-  std::vector<char> texts(1024);
-  passwd entry{};
-  passwd* found = nullptr;
-  while (getpwnam_r(user.c_str(), &entry, texts.data(), texts.size(), &found) == ERANGE) {
-    texts.resize(texts.size() * 2);
-  }
-  if (found == nullptr) {
-    return std::nullopt;
-  }
-  int count = 16;
-  std::vector<gid_t> groups(static_cast<std::size_t>(count));
-  while (getgrouplist(entry.pw_name, entry.pw_gid, groups.data(), &count) < 0) {
-    groups.resize(static_cast<std::size_t>(count));
-  }
-  groups.resize(static_cast<std::size_t>(count));
-  return Account{entry.pw_uid, std::move(groups)};
-}
-
 // Whether the mode bits of a folder grant @p wanted, a sum of R_OK, W_OK and X_OK. As in the
-// kernel the first class that the account belongs to decides, even when a later one grants more.
-bool Grants(const std::string& folder, const Account& account, unsigned wanted) {
+// kernel the first class that the user belongs to decides, even when a later one grants more.
+bool Grants(const std::string& folder, const User& user, unsigned wanted) {
   struct stat info {};
   if (stat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) {
     return false;
   }
-  if (account.uid == 0) {
+  if (user.uid == 0) {
     return true;
   }
   unsigned granted = info.st_mode;
-  if (info.st_uid == account.uid) {
+  if (info.st_uid == user.uid) {
     granted >>= 6;
-  } else if (std::count(account.groups.begin(), account.groups.end(), info.st_gid) > 0) {
+  } else if (std::count(user.groups.begin(), user.groups.end(), info.st_gid) > 0) {
     granted >>= 3;
   }
   return (granted & wanted) == wanted;
 }
 
-// Whether the account may use the folder @p real, an absolute path without links.
-bool MayUse(const std::string& real, const Account& account) {
+// Whether the user may use the folder @p real, an absolute path without links.
+bool MayUse(const std::string& real, const User& user) {
   for (std::size_t end = 1; end != std::string::npos; end = real.find('/', end + 1)) {
-    if (!Grants(real.substr(0, end), account, X_OK)) {
+    if (!Grants(real.substr(0, end), user, X_OK)) {
       return false;
     }
   }
-  return Grants(real, account, R_OK | X_OK);
+  return Grants(real, user, R_OK | X_OK);
 }
 
 // The absolute path without links; empty when there is no such file or it cannot be reached.
@@ -105,8 +85,8 @@ std::string GetRealPathFromSharePath(const std::string& path, const std::string&
   if (share.empty() || real.empty() || !IsInside(real, share)) {
     return {};
   }
-  const std::optional<Account> account = FindAccount(user);
-  return account && MayUse(real, *account) ? real : std::string();
+  const std::optional<dorv::Account> account = dorv::FindAccount(user.c_str());
+  return account && MayUse(real, {account->uid, GroupsOf(*account)}) ? real : std::string();
 }
 
 }  // namespace dorvdl::common

@@ -16,15 +16,19 @@ extern "C" {
 /// @param user  zero-terminated user name; must not be null.
 /// @param buf   receives the zero-terminated name; owned by the caller, must not be null.
 /// @param size  bytes in @p buf, the terminating zero included.
-/// @return 0 on success; another value when there is no such user or the name does not fit, and
-///         then the contents of @p buf do not count.
+/// @return 0 on success; -1 when there is no such user, the name does not fit or memory is short, and
+///         then the contents of @p buf do not count. A name with a "/" is no user's, so that a real
+///         name can safely become a part of a path.
 DORV_EXPORT int VLIBUserRealNameGet(const char* user, char* buf, int size);
 
-/// Tells whether the user with the id @p uid is a member of the administrators' group.
+/// Tells whether the user with the id @p uid is a member of the administrators' group (the build
+/// option DORV_ADMIN_GROUP, "sudo" unless set), be it as the primary group or another. The user id 0
+/// counts as a member, whatever the account database says.
 ///
 /// @param uid   the user's id.
 /// @param flag  1 for callers of the package; other values are the platform's own.
-/// @return 1 for a member, 0 for a non-member, -1 when it could not be found out.
+/// @return 1 for a member, 0 for a non-member, -1 when it could not be found out: there is no such
+///         user or no such group, or memory is short.
 DORV_EXPORT int VLIBGroupIsAdminGroupMemByUid(uid_t uid, int flag);
 
 #ifdef __cplusplus

@@ -1,0 +1,22 @@
+// Keeping exceptions inside calls with C linkage.
+#ifndef DORV_LINUX_GUARDED_H_
+#define DORV_LINUX_GUARDED_H_
+
+#include <exception>
+
+namespace dorv {
+
+// The result of @p work, or @p failure when it throws: memory is short then, for what else can
+// happen is reported in other ways.
+template <typename Result, typename Work>
+Result Guarded(Result failure, Work work) noexcept {
+  try {
+    return work();
+  } catch (const std::exception&) {
+    return failure;
+  }
+}
+
+}  // namespace dorv
+
+#endif  // DORV_LINUX_GUARDED_H_
