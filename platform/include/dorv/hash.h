@@ -15,16 +15,18 @@ typedef struct VLIBSZHASH VLIBSZHASH;
 
 /// Makes an empty map with room for about @p size bytes of contents; it grows when more is put in.
 ///
+/// @param size  a hint, which may be wrong or negative.
 /// @return the map, owned by the caller until VLIBCSzHashFree(); null when memory is short.
 DORV_EXPORT VLIBSZHASH* VLIBCSzHashAlloc(int size);
 
 /// Puts a pair into the map or replaces the value of a key that is there already.
 ///
 /// @param hash   address of the caller's handle, which the call may change: a copy of the handle
-///               that was made before is stale afterwards. Neither it nor the handle may be null.
+///               that was made before is stale afterwards.
 /// @param key    zero-terminated; copied.
 /// @param value  zero-terminated; copied.
-/// @return -1 on failure, and then the map is as it was; another value on success.
+/// @return -1 on failure, that is when memory is short or an argument or the handle is null, and
+///         then handle and map are as they were; another value on success.
 DORV_EXPORT int VLIBCSzHashSetValue(VLIBSZHASH** hash, const char* key, const char* value);
 
 /// Releases the map; null is harmless.

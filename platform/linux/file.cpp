@@ -1,0 +1,42 @@
+#include "file.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <system_error>
+
+namespace dorv {
+
+File::~File() {
+  if (descriptor_ >= 0) {
+    close(descriptor_);
+  }
+}
+
+std::string ReadFile(const std::string& path, int folder) {
+  const auto fail = [&path](int error) {
+    throw std::system_error(error, std::generic_category(), path);
+  };
+  const File file(openat(folder, path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  struct stat info {};
+  if (!file || fstat(file.get(), &info) != 0) {
+    fail(errno);
+  }
+  if (!S_ISREG(info.st_mode)) {
+    fail(EINVAL);
+  }
+  std::string content;
+  char part[4096];
+  for (ssize_t count = 0; (count = read(file.get(), part, sizeof part)) != 0;) {
+    if (count > 0) {
+      content.append(part, static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      fail(errno);
+    }
+  }
+  return content;
+}
+
+}  // namespace dorv

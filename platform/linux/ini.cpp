@@ -1,0 +1,40 @@
+#include "ini.h"
+
+#include <boost/property_tree/ini_parser.hpp>
+#include <boost/property_tree/ptree.hpp>
+#include <cerrno>
+#include <sstream>
+#include <system_error>
+
+#include "file.h"
+
+namespace dorv {
+
+Sections ReadIni(const std::string& path) {
+  const auto fail = [&path](const std::string& reason) {
+    throw std::system_error(EBADMSG, std::generic_category(), path + ": " + reason);
+  };
+  const std::string content = ReadFile(path);
+  if (content.empty() || content.back() != '\n') {
+    fail("cut short");
+  }
+  std::istringstream lines(content);
+  boost::property_tree::ptree tree;
+  try {
+    read_ini(lines, tree);
+  } catch (const boost::property_tree::ini_parser_error& error) {
+    fail("line " + std::to_string(error.line()) + ": " + error.message());
+  }
+  Sections sections;
+  for (const auto& [name, node] : tree) {
+    if (node.empty()) {
+      sections[""].emplace(name, node.data());
+    }
+    for (const auto& [key, text] : node) {
+      sections[name].emplace(key, text.data());
+    }
+  }
+  return sections;
+}
+
+}  // namespace dorv
