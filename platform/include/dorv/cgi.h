@@ -3,7 +3,8 @@
 ///
 /// An application keeps its texts in the files `texts/<language>/strings` below its folder, one for
 /// each language, which has a lower-case code such as "en" or "de". They are UTF-8 in INI form:
-/// sections, and one text per key and line. What a language lacks is taken from English, key by key.
+/// sections, and one text per key and line. What a language lacks is taken from English, key by
+/// key.
 ///
 /// A user's language is the first of these that the application has texts in:
 ///   - what the user chose: the line `language=de` of the INI file that is named like the user, in
@@ -37,7 +38,8 @@ typedef struct DorvCgiContext {
 /// @param context  zeroed, or released by DorvCgiFree(); must not be null.
 /// @return non-zero on success; 0 when there are no texts, or when those of the language or the
 ///         English ones cannot be read, are malformed, or are cut short (empty, or without an end
-///         to the last line). Then one line in the system log says why, and @p context is unchanged.
+///         to the last line). Then one line in the system log says why, and @p context is
+///         unchanged.
 DORV_EXPORT int DorvCgiInit(const char* dir, DorvCgiContext* context);
 
 /// Loads one section of texts; its keys join those that are loaded already, whose texts stay.

@@ -16,14 +16,15 @@ extern "C" {
 /// @param user  zero-terminated user name; must not be null.
 /// @param buf   receives the zero-terminated name; owned by the caller, must not be null.
 /// @param size  bytes in @p buf, the terminating zero included.
-/// @return 0 on success; -1 when there is no such user, the name does not fit or memory is short, and
+/// @return 0 on success; -1 when there is no such user, the name does not fit or memory is short,
+/// and
 ///         then the contents of @p buf do not count. A name with a "/" is no user's, so that a real
 ///         name can safely become a part of a path.
 DORV_EXPORT int VLIBUserRealNameGet(const char* user, char* buf, int size);
 
 /// Tells whether the user with the id @p uid is a member of the administrators' group (the build
-/// option DORV_ADMIN_GROUP, "sudo" unless set), be it as the primary group or another. The user id 0
-/// counts as a member, whatever the account database says.
+/// option DORV_ADMIN_GROUP, "sudo" unless set), be it as the primary group or another. The user id
+/// 0 counts as a member, whatever the account database says.
 ///
 /// @param uid   the user's id.
 /// @param flag  1 for callers of the package; other values are the platform's own.

@@ -1,0 +1,195 @@
+#include "notification_spool.h"
+
+#include <json/reader.h>
+#include <json/value.h>
+#include <json/writer.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <boost/algorithm/string/predicate.hpp>
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <new>
+#include <sstream>
+#include <stdexcept>
+#include <system_error>
+
+#include "file.h"
+#include "log.h"
+
+namespace dorv {
+namespace {
+
+using dorvdl::common::KeptNotification;
+
+constexpr char kSpool[] = DORV_NOTIFICATION_SPOOL;
+constexpr char kEnding[] = ".json";
+
+// The texts of a notification, by the names that they have in its file.
+constexpr struct {
+  const char* name;
+  std::string KeptNotification::*text;
+} kTexts[] = {
+    {"event", &KeptNotification::event},     {"application", &KeptNotification::application},
+    {"user", &KeptNotification::user},       {"title", &KeptNotification::title},
+    {"message", &KeptNotification::message},
+};
+
+std::string ToJson(const KeptNotification& notification) {
+  Json::Value object;
+  for (const auto& [name, text] : kTexts) {
+    object[name] = notification.*text;
+  }
+  object["created"] = Json::Int64{notification.created};
+  Json::Value& placeholders = object["placeholders"] = Json::objectValue;
+  for (const auto& [key, value] : notification.placeholders) {
+    placeholders[key] = value;
+  }
+  Json::StreamWriterBuilder style;
+  style["emitUTF8"] = true;
+  style["indentation"] = "  ";
+  return writeString(style, object) + '\n';
+}
+
+// Throws something derived from std::exception when the text is no notification's.
+KeptNotification FromJson(const std::string& json) {
+  std::istringstream content(json);
+  Json::Value object;
+  content >> object;
+  KeptNotification notification;
+  for (const auto& [name, text] : kTexts) {
+    if (!object[name].isString()) {
+      throw std::invalid_argument(std::string("no ") + name);
+    }
+    notification.*text = object[name].asString();
+  }
+  notification.created = object["created"].asInt64();
+  const Json::Value& placeholders = object["placeholders"];
+  for (const std::string& key : placeholders.getMemberNames()) {
+    notification.placeholders[key] = placeholders[key].asString();
+  }
+  return notification;
+}
+
+[[noreturn]] void Fail(int error, const std::string& path) {
+  throw std::system_error(error, std::generic_category(), path);
+}
+
+// Throws unless the folder was opened and is such as the public header says: in another's folder
+// notifications could be read, and a link could make them land anywhere.
+void CheckSpool(const File& folder) {
+  struct stat info {};
+  if (!folder || fstat(folder.get(), &info) != 0) {
+    Fail(errno, kSpool);
+  }
+  const bool is_ours = info.st_uid == 0 || info.st_uid == geteuid();
+  if (!is_ours || (info.st_mode & S_IRWXO) != 0) {
+    Fail(EPERM, kSpool);
+  }
+}
+
+constexpr int kSpoolFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+
+// A new name for the notification of that moment. Times have the same width, so that names sort by
+// them; process and number tell those of one moment apart.
+std::string NewName(const timespec& now) {
+  static std::atomic<unsigned> number;
+  char name[80];
+  std::snprintf(name, sizeof name, "%012lld.%09ld-%d-%u", static_cast<long long>(now.tv_sec),
+                now.tv_nsec, getpid(), number++);
+  return name + std::string(kEnding);
+}
+
+bool WriteAll(int file, const std::string& content) {
+  for (std::size_t done = 0; done < content.size();) {
+    const ssize_t count = write(file, content.data() + done, content.size() - done);
+    if (count < 0 && errno != EINTR) {
+      return false;
+    }
+    done += count < 0 ? 0 : static_cast<std::size_t>(count);
+  }
+  return true;
+}
+
+// Makes a file appear in a folder as a whole and for good; otherwise throws, and there is none.
+void WriteDurably(const File& folder, const std::string& name, const std::string& content) {
+  const std::string temporary = "." + name;
+  const File file(
+      openat(folder.get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (!file) {
+    Fail(errno, temporary);
+  }
+  const auto take_back = [&folder](const std::string& written) {
+    const int error = errno;
+    unlinkat(folder.get(), written.c_str(), 0);
+    Fail(error, written);
+  };
+  if (!WriteAll(file.get(), content) || fsync(file.get()) != 0 ||
+      renameat(folder.get(), temporary.c_str(), folder.get(), name.c_str()) != 0) {
+    take_back(temporary);
+  }
+  if (fsync(folder.get()) != 0) {
+    take_back(name);
+  }
+}
+
+std::vector<std::string> NamesInSpool() {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(kSpool)) {
+    const std::string name = entry.path().filename();
+    if (name.front() != '.' && boost::algorithm::ends_with(name, kEnding)) {
+      names.push_back(name);
+    }
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+}  // namespace
+
+void Keep(KeptNotification notification) {
+  if (mkdir(kSpool, 0700) != 0 && errno != EEXIST) {
+    Fail(errno, kSpool);
+  }
+  const File folder(open(kSpool, kSpoolFlags));
+  CheckSpool(folder);
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  notification.created = now.tv_sec;
+  WriteDurably(folder, NewName(now), ToJson(notification));
+}
+
+}  // namespace dorv
+
+namespace dorvdl::common {
+
+std::optional<std::vector<KeptNotification>> ListKeptNotifications() {
+  std::vector<KeptNotification> notifications;
+  const dorv::File folder(open(dorv::kSpool, dorv::kSpoolFlags));
+  if (!folder && errno == ENOENT) {
+    return notifications;
+  }
+  try {
+    dorv::CheckSpool(folder);
+    for (const std::string& name : dorv::NamesInSpool()) {
+      try {
+        notifications.push_back(dorv::FromJson(dorv::ReadFile(name, folder.get())));
+      } catch (const std::bad_alloc&) {
+        throw;
+      } catch (const std::exception& error) {
+        DORV_LOG("platform/notification_spool", "Failed to read notification [%s]: %s",
+                 name.c_str(), error.what());
+      }
+    }
+  } catch (const std::system_error& error) {
+    errno = error.code().value();
+    return std::nullopt;
+  }
+  return notifications;
+}
+
+}  // namespace dorvdl::common
