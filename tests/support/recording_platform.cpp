@@ -69,11 +69,15 @@ std::string Show(const DorvVolumeInfo* info) {
   return zeroed ? "{}" : "{not zeroed}";
 }
 
-// Fills a buffer as snprintf() does, which a test may have made fail.
-void CopyText(const std::string& text, char* to, std::size_t size) {
+// What the loader of texts holds before a section is loaded.
+std::map<std::string, std::string> no_texts;
+
+// Fills a buffer as snprintf() does, which a test may have made fail; false when the text is cut.
+bool CopyText(const std::string& text, char* to, std::size_t size) {
   if (size > 0) {
     to[text.copy(to, size - 1)] = '\0';
   }
+  return text.size() < size;
 }
 
 // Records a call and says who is to answer it.
@@ -114,6 +118,7 @@ std::vector<std::string> RecordingPlatform::TakeCalls() { return std::exchange(c
 
 using test_support::CopyText;
 using test_support::KeepHash;
+using test_support::no_texts;
 using test_support::Record;
 
 int InitCredentialsByName(const char* user, int flag) {
@@ -122,9 +127,9 @@ int InitCredentialsByName(const char* user, int flag) {
 
 int VLIBUserRealNameGet(const char* user, char* buf, int size) {
   const auto& platform = Record("VLIBUserRealNameGet", user, size);
-  CopyText(platform.real_name.empty() ? user : platform.real_name, buf,
-           static_cast<std::size_t>(size));
-  return platform.get_real_name;
+  const bool fits = CopyText(platform.real_name.empty() ? user : platform.real_name, buf,
+                             size > 0 ? static_cast<std::size_t>(size) : 0);
+  return fits ? platform.get_real_name : -1;
 }
 
 int VLIBGroupIsAdminGroupMemByUid(uid_t uid, int flag) {
@@ -137,7 +142,9 @@ VLIBSZHASH* VLIBCSzHashAlloc(int size) {
 
 // Moves the map at every call: a caller that goes on with an old handle is found out.
 int VLIBCSzHashSetValue(VLIBSZHASH** hash, const char* key, const char* value) {
-  if (Record("VLIBCSzHashSetValue", key, value).refused_hash_key == key) {
+  const auto& platform = Record("VLIBCSzHashSetValue", key, value);
+  if (hash == nullptr || *hash == nullptr || key == nullptr || value == nullptr ||
+      platform.refused_hash_key == key) {
     return -1;
   }
   auto pairs = std::exchange((*hash)->pairs, {});
@@ -155,18 +162,27 @@ int DORVSendPersonalNotifiction(const char* event, const char* user, const char*
 
 int DorvCgiInit(const char* dir, DorvCgiContext* context) {
   auto& platform = Record("DorvCgiInit", dir, context);
-  context->texts = platform.init_texts != 0 ? &platform.texts : nullptr;
+  context->texts = platform.init_texts != 0 ? &no_texts : nullptr;
   return platform.init_texts;
 }
 
 int DorvCgiLoadText(DorvCgiContext* context, const char* section, int flag) {
-  return Record("DorvCgiLoadText", context, section, flag).load_text;
+  auto& platform = Record("DorvCgiLoadText", context, section, flag);
+  if (context->texts == nullptr || platform.load_text == 0) {
+    return 0;
+  }
+  context->texts = &platform.texts;
+  return platform.load_text;
 }
 
 const char* DorvCgiGetText(DorvCgiContext* context, const char* key, const char* def) {
-  const auto& platform = Record("DorvCgiGetText", context, key, def);
-  const auto found = platform.texts.find(key);
-  return found != platform.texts.end() ? found->second.c_str() : def;
+  Record("DorvCgiGetText", context, key, def);
+  const auto* const loaded = static_cast<const decltype(no_texts)*>(context->texts);
+  if (loaded == nullptr) {
+    return def;
+  }
+  const auto found = loaded->find(key);
+  return found != loaded->end() ? found->second.c_str() : def;
 }
 
 void DorvCgiFree(DorvCgiContext* context) {
@@ -176,9 +192,9 @@ void DorvCgiFree(DorvCgiContext* context) {
 
 int VolumePathParseEx(const char* path, DorvVolumeInfo* info) {
   const auto& platform = Record("VolumePathParseEx", path, info);
-  CopyText(platform.volume_path, info->path, sizeof info->path);
-  CopyText(platform.volume_device, info->device, sizeof info->device);
-  return platform.parse_volume;
+  const bool fits = CopyText(platform.volume_path, info->path, sizeof info->path) &&
+                    CopyText(platform.volume_device, info->device, sizeof info->device);
+  return fits ? platform.parse_volume : -1;
 }
 
 int VLIBCExec(const char* program, const char* a1, const char* a2, const char* a3, const char* a4) {

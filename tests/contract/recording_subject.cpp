@@ -1,0 +1,53 @@
+// The stand-in that records.
+#include <dorv/notification.h>
+
+#include "contract/platform_contract.h"
+#include "support/recording_platform.h"
+
+namespace test_support {
+namespace {
+
+class RecordingSubject : public Subject {
+ public:
+  std::string Contents(VLIBSZHASH* hash) override {
+    platform_.TakeCalls();
+    DORVSendPersonalNotifiction("", "", "", hash);
+    const std::string call = platform_.TakeCalls().at(0);
+    const std::string before = "DORVSendPersonalNotifiction(\"\", \"\", \"\", ";
+    return call.substr(before.size(), call.size() - before.size() - 1);
+  }
+  std::string User() override {
+    platform_.get_real_name = 0;
+    return "alice";
+  }
+  std::string Nobody() override {
+    platform_.get_real_name = -1;
+    return "nobody";
+  }
+  std::string FolderWithTexts(const std::map<std::string, std::string>& texts) override {
+    platform_.init_texts = 1;
+    platform_.load_text = 1;
+    platform_.texts = texts;
+    return "/application";
+  }
+  std::string FolderWithoutTexts() override {
+    platform_.init_texts = 0;
+    return "/none";
+  }
+  std::string UnknownSection() override {
+    platform_.load_text = 0;
+    return "unknown";
+  }
+
+ private:
+  RecordingPlatform platform_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Platform, PlatformContractTest,
+                         testing::Values(SubjectMaker{"recording", [] {
+                                                        return std::unique_ptr<Subject>(
+                                                            new RecordingSubject);
+                                                      }}));
+
+}  // namespace
+}  // namespace test_support
