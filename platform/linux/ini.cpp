@@ -3,6 +3,7 @@
 #include <boost/property_tree/ini_parser.hpp>
 #include <boost/property_tree/ptree.hpp>
 #include <cerrno>
+#include <locale>
 #include <sstream>
 #include <system_error>
 
@@ -19,6 +20,7 @@ Sections ReadIni(const std::string& path) {
     fail("cut short");
   }
   std::istringstream lines(content);
+  lines.imbue(std::locale::classic());  // in another one parts of UTF-8 characters may be blanks
   boost::property_tree::ptree tree;
   try {
     read_ini(lines, tree);
