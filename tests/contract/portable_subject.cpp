@@ -14,7 +14,7 @@ class PortableSubject : public Subject {
     std::string contents;
     for (const auto& [key, value] : hash->pairs) {
       contents += contents.empty() ? "" : ", ";
-      contents += '"' + key + "\": \"" + value + '"';
+      contents.append("\"").append(key).append("\": \"").append(value).append("\"");
     }
     return '{' + contents + '}';
   }

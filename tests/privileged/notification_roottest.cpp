@@ -342,7 +342,7 @@ TEST_F(NotificationTest, WhatIsNoFolderIsRefused) {
   EXPECT_EQ(Send("Done"), ENOTDIR);
   EXPECT_TRUE(fs::is_empty(elsewhere));
   fs::remove(kSpool);
-  std::ofstream{kSpool};
+  std::ofstream(kSpool) << "x";
   EXPECT_EQ(Send("Done"), ENOTDIR);
   EXPECT_THAT(TakeLog(), SizeIs(2));
 }
