@@ -5,7 +5,8 @@
 
 #include <cerrno>
 #include <cstddef>
-#include <system_error>
+
+#include "fail.h"
 
 namespace dorv {
 
@@ -16,16 +17,13 @@ File::~File() {
 }
 
 std::string ReadFile(const std::string& path, int folder) {
-  const auto fail = [&path](int error) {
-    throw std::system_error(error, std::generic_category(), path);
-  };
   const File file(openat(folder, path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   struct stat info {};
   if (!file || fstat(file.get(), &info) != 0) {
-    fail(errno);
+    Fail(errno, path);
   }
   if (!S_ISREG(info.st_mode)) {
-    fail(EINVAL);
+    Fail(EINVAL, path);
   }
   std::string content;
   char part[4096];
@@ -33,7 +31,7 @@ std::string ReadFile(const std::string& path, int folder) {
     if (count > 0) {
       content.append(part, static_cast<std::size_t>(count));
     } else if (errno != EINTR) {
-      fail(errno);
+      Fail(errno, path);
     }
   }
   return content;

@@ -5,19 +5,16 @@
 #include <cerrno>
 #include <locale>
 #include <sstream>
-#include <system_error>
 
+#include "fail.h"
 #include "file.h"
 
 namespace dorv {
 
 Sections ReadIni(const std::string& path) {
-  const auto fail = [&path](const std::string& reason) {
-    throw std::system_error(EBADMSG, std::generic_category(), path + ": " + reason);
-  };
   const std::string content = ReadFile(path);
   if (content.empty() || content.back() != '\n') {
-    fail("cut short");
+    Fail(EBADMSG, path + ": cut short");
   }
   std::istringstream lines(content);
   lines.imbue(std::locale::classic());  // in another one parts of UTF-8 characters may be blanks
@@ -25,7 +22,7 @@ Sections ReadIni(const std::string& path) {
   try {
     read_ini(lines, tree);
   } catch (const boost::property_tree::ini_parser_error& error) {
-    fail("line " + std::to_string(error.line()) + ": " + error.message());
+    Fail(EBADMSG, path + ": line " + std::to_string(error.line()) + ": " + error.message());
   }
   Sections sections;
   for (const auto& [name, node] : tree) {

@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "fail.h"
 #include "language.h"
 
 namespace dorv {
@@ -38,7 +39,7 @@ Sections ReadLocalisedTexts(const std::string& folder, const std::string& name,
       return *std::move(texts);
     }
   }
-  throw std::system_error(ENOENT, std::generic_category(), path_of("en"));
+  Fail(ENOENT, path_of("en"));
 }
 
 }  // namespace dorv

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "account.h"
+#include "fail.h"
 #include "hash_map.h"
 #include "localised_texts.h"
 #include "log.h"
@@ -18,10 +19,6 @@ namespace dorv {
 namespace {
 
 using Placeholders = std::map<std::string, std::string>;
-
-[[noreturn]] void Fail(int error, const std::string& what) {
-  throw std::system_error(error, std::generic_category(), what);
-}
 
 // Replaces each placeholder in a single pass, so that what a value contains is never taken for a
 // placeholder. A percent sign that does not begin a known one is a plain character.

@@ -17,7 +17,9 @@
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
+#include "fail.h"
 #include "file.h"
 #include "log.h"
 
@@ -73,10 +75,6 @@ KeptNotification FromJson(const std::string& json) {
     notification.placeholders[key] = placeholders[key].asString();
   }
   return notification;
-}
-
-[[noreturn]] void Fail(int error, const std::string& path) {
-  throw std::system_error(error, std::generic_category(), path);
 }
 
 // Throws unless the folder was opened and is such as the public header says: in another's folder
@@ -149,6 +147,19 @@ std::vector<std::string> NamesInSpool() {
   return names;
 }
 
+// A notification of the spool; none, after a line in the log, when the file is not to be read.
+std::optional<KeptNotification> Read(const File& folder, const std::string& name) {
+  try {
+    return FromJson(ReadFile(name, folder.get()));
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& error) {
+    DORV_LOG("platform/notification_spool", "Failed to read notification [%s]: %s", name.c_str(),
+             error.what());
+    return std::nullopt;
+  }
+}
+
 }  // namespace
 
 void Keep(KeptNotification notification) {
@@ -176,13 +187,8 @@ std::optional<std::vector<KeptNotification>> ListKeptNotifications() {
   try {
     dorv::CheckSpool(folder);
     for (const std::string& name : dorv::NamesInSpool()) {
-      try {
-        notifications.push_back(dorv::FromJson(dorv::ReadFile(name, folder.get())));
-      } catch (const std::bad_alloc&) {
-        throw;
-      } catch (const std::exception& error) {
-        DORV_LOG("platform/notification_spool", "Failed to read notification [%s]: %s",
-                 name.c_str(), error.what());
+      if (auto notification = dorv::Read(folder, name)) {
+        notifications.push_back(*std::move(notification));
       }
     }
   } catch (const std::system_error& error) {

@@ -3,8 +3,7 @@
 ///
 /// An application keeps its texts in the files `texts/<language>/strings` below its folder, one for
 /// each language, which has a lower-case code such as "en" or "de". They are UTF-8 in INI form:
-/// sections, and one text per key and line. What a language lacks is taken from English, key by
-/// key.
+/// sections, and one text per key and line. Each text that a language lacks is taken from English.
 ///
 /// A user's language is the first of these that the application has texts in:
 ///   - what the user chose: the line `language=de` of the INI file that is named like the user, in

@@ -13,16 +13,13 @@ extern "C" {
 /// Delivers the notification @p event of @p application to @p user: fills in the event's template
 /// and keeps the result in a spool folder (see <dorv/notification_spool.h>) for whoever shows it.
 ///
-/// The template is the section named like the event, with the keys "title" and "message", of the
-/// file
-/// `<application>/texts/<language>/notifications` in the folder of the build option
-/// DORV_APPLICATIONS
-/// ("/usr/dorv/dorvman/webman/3rdparty" unless set). Its form and the choice of the language, that
-/// of
-/// @p user here, are those of <dorv/cgi.h>. Each key of @p hash that is a name between percent
-/// signs
-/// ("%FILENAME%") is replaced by its value wherever it stands in the template; values are taken as
-/// they are, whatever they contain, and a name that the map does not have stays as it stands.
+/// The template is a section that is named like the event and has the keys "title" and "message".
+/// It stands in the file `<application>/texts/<language>/notifications` in the folder of the build
+/// option DORV_APPLICATIONS ("/usr/dorv/dorvman/webman/3rdparty" unless set). The file's form and
+/// the choice of the language, that of @p user here, are those of <dorv/cgi.h>. Each key of
+/// @p hash that is a name between percent signs ("%FILENAME%") is replaced by its value wherever it
+/// stands in the template; values are taken as they are, whatever they contain, and a name that the
+/// map does not have stays as it stands.
 ///
 /// No ids are switched: the caller's effective user needs access to the spool folder.
 ///
@@ -33,12 +30,12 @@ extern "C" {
 ///                     null.
 /// @param hash         the placeholders, null for none; stays the caller's and is not changed.
 /// @return 0 when the notification was taken over for delivery, that is when it has reached the
-/// disk,
-///         else an error number: EINVAL for a name that is empty, begins with a dot or has a slash
-///         or a control character; ESRCH for an unknown user; ENOENT when there is no template, or
-///         no folder to make the spool folder in; EBADMSG when the templates are malformed; EPERM
-///         when others have access to the spool folder; or what the system says, such as ENOSPC.
-///         Then nothing is kept, and one line in the system log says why.
+///         disk. Otherwise an error number: EINVAL for a name that is empty, begins with a dot or
+///         has a slash or a control character; ESRCH for an unknown user; ENOENT when there is no
+///         template, or no folder to make the spool folder in; EBADMSG when the templates are
+///         malformed; EPERM when others have access to the spool folder, or it is somebody else's;
+///         or what the system says, such as ENOSPC. Then nothing is kept, and one line in the
+///         system log says why.
 DORV_EXPORT int DORVSendPersonalNotifiction(const char* event, const char* user,
                                             const char* application, VLIBSZHASH* hash);
 

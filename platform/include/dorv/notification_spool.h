@@ -3,11 +3,11 @@
 ///
 /// They are kept in one folder (the build option DORV_NOTIFICATION_SPOOL,
 /// "/var/spool/tarnwick/notifications" unless set), a file each, until somebody takes them away.
-/// The files end in ".json" and their names sort by time; others in the folder, and those that
-/// begin with a dot, are none of them. Each is whole from the moment it appears: a JSON object in
-/// UTF-8 with the members "event", "application", "user", "title", "message", "created" (seconds
-/// since the epoch) and "placeholders" (an object of strings). Bytes of placeholders that are no
-/// UTF-8 stand in it as they are.
+/// The files end in ".json" and their names sort by time; names that begin with a dot are those of
+/// unfinished ones, which a crash can leave behind. Each file is whole from the moment it appears:
+/// a JSON object in UTF-8 with the members "event", "application", "user", "title", "message",
+/// "created" (seconds since the epoch) and "placeholders" (an object of strings). Bytes that are no
+/// UTF-8 stand in it as they came.
 ///
 /// The folder belongs to root or to the process's effective user, and others have no access to it;
 /// one that looks different is not used. The files are readable by their owner only.

@@ -16,10 +16,9 @@ extern "C" {
 /// @param user  zero-terminated user name; must not be null.
 /// @param buf   receives the zero-terminated name; owned by the caller, must not be null.
 /// @param size  bytes in @p buf, the terminating zero included.
-/// @return 0 on success; -1 when there is no such user, the name does not fit or memory is short,
-/// and
-///         then the contents of @p buf do not count. A name with a "/" is no user's, so that a real
-///         name can safely become a part of a path.
+/// @return 0 on success; -1 when there is no such user, when the name does not fit and when memory
+///         is short, and then the contents of @p buf do not count. A name with a "/" is no user's,
+///         so that no real name leads to another folder when it becomes a part of a path.
 DORV_EXPORT int VLIBUserRealNameGet(const char* user, char* buf, int size);
 
 /// Tells whether the user with the id @p uid is a member of the administrators' group (the build
