@@ -1,7 +1,10 @@
 #include <dorv/exec.h>
+#include <dorv/quota.h>
+#include <dorv/user.h>
 #include <dorv/volume.h>
 #include <dorvdl/file.h>
 #include <dorvdl/util/log.h>
+#include <dorvdl/util/privilege.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -93,4 +96,22 @@ int RemoveTaskTemp(const char* path, int flag) {
     return -1;
   }
   return 0;
+}
+
+int DORVDLQuotaCheck(uid_t uid, const char* path, unsigned long long bytes) {
+  const int is_administrator = VLIBGroupIsAdminGroupMemByUid(uid, 1);
+  if (is_administrator == -1) {
+    DORVDL_LOG(LOG_ERR, "Failed to check if uid %d is admingroup", static_cast<int>(uid));
+    return -1;
+  }
+  if (is_administrator == 1) {
+    return 0;
+  }
+  // One line for both steps: whoever reads the log looks for the pair under it. The question is
+  // asked also when the switch was refused, for the process may be allowed to ask it as it is.
+  constexpr int kLine = __LINE__;
+  const dorvdl::util::SavedIds ids = dorvdl::util::EnterCriticalSection(DORVDL_SOURCE, kLine);
+  const int is_enough = DORVQuotaIsEnough(uid, path, bytes);
+  dorvdl::util::LeaveCriticalSection(ids, DORVDL_SOURCE, kLine);
+  return is_enough == 1 ? 0 : -1;
 }

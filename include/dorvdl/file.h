@@ -1,6 +1,7 @@
 /// @file
 /// The temporary download folder: where it is, whether its volume is writable and has room, and the
-/// removal of a task's temporary files. Included from C and C++.
+/// removal of a task's temporary files; and whether a user's quota has room. Included from C and
+/// C++.
 ///
 /// The folder is what the symbolic link "/var/services/download" points to.
 ///
@@ -11,13 +12,14 @@
 /// - The result is 0 for success and -1 for every failure, unless the function says otherwise.
 /// - A failure is logged with syslog() at LOG_ERR where the function says so; `errno` is then what
 ///   the failing system call left there.
-/// - No special rights are needed beyond those on the files in question. Different threads may call
-///   at the same time.
+/// - Unless the function says otherwise, no special rights are needed beyond those on the files in
+///   question, and different threads may call at the same time.
 #ifndef DORVDL_FILE_H_
 #define DORVDL_FILE_H_
 
 #include <dorvdl/util/export.h>
 #include <stddef.h>
+#include <sys/types.h>
 
 #ifdef __cplusplus
 extern "C" {
@@ -62,6 +64,20 @@ DORVDL_EXPORT int TmpVolumeSpaceCheck(void);
 /// @param flag  selects between two ways in which the platform runs the command.
 /// @return 0; -1 with a log line when the command did not succeed.
 DORVDL_EXPORT int RemoveTaskTemp(const char* path, int flag);
+
+/// Tells whether the user's disk quota allows @p bytes more at @p path. Administrators are not
+/// limited; for everyone else the platform is asked, with root as the effective user and group
+/// where the process can become root. Those ids belong to the whole process: no other thread may
+/// switch ids, or should act for a user, meanwhile. Both steps of the switch log, under the
+/// authorisation facility, as coming from one line.
+///
+/// The parameters are those of DORVQuotaIsEnough(), which gets them unchanged.
+///
+/// @return 0 when the quota is enough; -1 when it is not or the platform could not tell; -1 with a
+///         log line when it cannot be found out whether the user is an administrator. After a
+///         switch `errno` is what its last step left: 0, or EPERM when the former ids could not be
+///         restored.
+DORVDL_EXPORT int DORVDLQuotaCheck(uid_t uid, const char* path, unsigned long long bytes);
 
 #ifdef __cplusplus
 }

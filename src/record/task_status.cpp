@@ -61,21 +61,23 @@ constexpr StatusName kErrorNames[] = {
 
 // The entry of @p status in names that start with the code @p first; null outside of them.
 template <std::size_t kSize>
-const StatusName* Find(const StatusName (&names)[kSize], int first, int status) {
+const StatusName* FindIn(const StatusName (&names)[kSize], int first, int status) {
   const bool listed = status >= first && status - first < static_cast<int>(kSize);
   return listed ? &names[status - first] : nullptr;
 }
 
+const StatusName* Find(int status) {
+  const StatusName* const name = FindIn(kLiveNames, kStatusWaiting, status);
+  return name != nullptr ? name : FindIn(kErrorNames, kStatusError, status);
+}
+
 }  // namespace
 
+bool HasStatusName(int status) { return Find(status) != nullptr; }
+
 StatusName GetStatusName(int status) {
-  if (const StatusName* const name = Find(kLiveNames, kStatusWaiting, status)) {
-    return *name;
-  }
-  if (const StatusName* const name = Find(kErrorNames, kStatusError, status)) {
-    return *name;
-  }
-  return kErrorNames[0];
+  const StatusName* const name = Find(status);
+  return name != nullptr ? *name : kErrorNames[0];
 }
 
 }  // namespace dorvdl::record

@@ -3,6 +3,7 @@
 #ifndef DORVDL_RECORD_TASK_H_
 #define DORVDL_RECORD_TASK_H_
 
+#include <dorv/hash.h>
 #include <dorvdl/proto/record.pb.h>
 #include <dorvdl/record/message_record.h>
 #include <dorvdl/util/export.h>
@@ -64,7 +65,34 @@ class DORVDL_EXPORT Task : public MessageRecord<Task, proto::Task> {
 
   /// Stores @p value as JSON text and marks the field present.
   void set_extra_data(const Json::Value& value);
+
+  /// Tell the task's owner that it has completed, that it needs a captcha, or that it has failed;
+  /// the last with a message about its status in the owner's language, which is empty when it
+  /// cannot be loaded (logged).
+  ///
+  /// Each fills a map of placeholders and calls SendNotification(). SendNotificationFailed() sets
+  /// the environment variable USERNAME, from which the platform takes the language, and leaves it
+  /// set: no two threads may call it at the same time.
+  ///
+  /// @param created_time  the time to show, seconds since the epoch.
+  /// @return true when the notification was handed to the platform; false when the map could not be
+  ///         filled (an embedded NUL in a value included) or sending failed (logged either way).
+  /// @throws only what the string and locale machinery throws (`std::bad_alloc`).
+  bool SendNotificationComplete(int created_time) const;
+  bool SendNotificationCaptcha(int created_time) const;
+  bool SendNotificationFailed(int created_time) const;
 };
+
+/// Sends the notification @p event of the package to @p user, whose real name the platform looks
+/// up.
+///
+/// @param event  name of the event, such as "DownloadCompleted".
+/// @param hash   the placeholders; stays the caller's.
+/// @return true when it was handed to the platform; false when there is no such user or the
+/// platform
+///         refused it (logged).
+DORVDL_EXPORT bool SendNotification(const std::string& event, const std::string& user,
+                                    VLIBSZHASH* hash);
 
 }  // namespace dorvdl::record
 

@@ -31,6 +31,9 @@ struct StatusName {
   const char* key;
 };
 
+/// Whether @p status has a name of its own.
+DORVDL_EXPORT bool HasStatusName(int status);
+
 /// The name of @p status; that of the general error for any code without a name of its own.
 DORVDL_EXPORT StatusName GetStatusName(int status);
 

@@ -54,11 +54,16 @@ constexpr std::array<char, kSize> SourceNameArray(const char (&path)[kSize]) {
 /// Writes one line at @p priority (a `syslog` priority value): source name, line number, then the
 /// `printf`-like @p format (a string literal) with its arguments. Leaves `errno` as it is, so that
 /// the report about a failed call does not hide why it failed; "%m" works.
-#define DORVDL_LOG(priority, format, ...)                                      \
-  do {                                                                         \
-    const int dorvdl_saved_errno = errno;                                      \
-    syslog(priority, "%s:%d " format, DORVDL_SOURCE, __LINE__, ##__VA_ARGS__); \
-    errno = dorvdl_saved_errno;                                                \
+#define DORVDL_LOG(priority, format, ...) \
+  DORVDL_LOG_AS(DORVDL_SOURCE, priority, format, ##__VA_ARGS__)
+
+/// DORVDL_LOG() under another source name, for what the log's readers know as one source although
+/// it stands in several files.
+#define DORVDL_LOG_AS(source, priority, format, ...)                    \
+  do {                                                                  \
+    const int dorvdl_saved_errno = errno;                               \
+    syslog(priority, "%s:%d " format, source, __LINE__, ##__VA_ARGS__); \
+    errno = dorvdl_saved_errno;                                         \
   } while (false)
 
 #endif  // DORVDL_UTIL_LOG_H_

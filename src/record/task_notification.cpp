@@ -1,0 +1,199 @@
+// Telling a task's owner what has become of it.
+#include <dorv/cgi.h>
+#include <dorv/notification.h>
+#include <dorv/user.h>
+#include <dorvdl/record/task.h>
+#include <dorvdl/record/task_status.h>
+#include <dorvdl/util/log.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <ctime>
+#include <exception>
+#include <initializer_list>
+#include <locale>
+#include <memory>
+
+#include "util/text.h"
+
+namespace dorvdl::record {
+namespace {
+
+// The log knows the task record as one source, whichever of its files a line comes from.
+constexpr char kLogSource[] = "record/task";
+
+constexpr char kApplication[] = "Tarnwick";
+constexpr char kTextFolder[] = "/usr/dorv/dorvman/webman/3rdparty/Tarnwick";
+
+struct Placeholder {
+  const char* key;
+  const std::string& value;
+};
+
+// The protocol's name in upper case, as the global locale has it.
+std::string ShownType(const Task& task) {
+  std::string type = task.GetTaskType();
+  try {
+    const std::locale locale;
+    std::transform(type.begin(), type.end(), type.begin(),
+                   [&locale](char letter) { return std::toupper(letter, locale); });
+  } catch (const std::exception& error) {  // the locale cannot tell
+    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to convert to upper case [%s]", error.what());
+  }
+  return type;
+}
+
+// ShownType() for the events that mean to leave an unknown type out. They compare after the
+// conversion, so that the word never matches and goes out in capitals: the templates of these
+// events were written for that, so the order has to stay.
+std::string ShownTypeUnlessUnknown(const Task& task) {
+  std::string type = ShownType(task);
+  if (type == "unknown") {
+    type.clear();
+  }
+  return type;
+}
+
+// As asctime() shows it, its newline included: the templates end their line with it.
+std::string ShownTime(int seconds) {
+  const std::time_t time = seconds;
+  const std::tm* const local = std::localtime(&time);
+  const char* const text = local == nullptr ? nullptr : std::asctime(local);
+  return text == nullptr ? "" : text;
+}
+
+// Names the user in the environment, where the platform looks for whose language to use.
+bool SetEnvironmentUser(const std::string& user) {
+  if (util::HasNul(user)) {
+    errno = EINVAL;
+    return false;
+  }
+  return setenv("USERNAME", user.c_str(), 1) == 0;
+}
+
+// What the status means, in the user's language; empty when it cannot be loaded.
+std::string StatusMessage(const std::string& user, int status) {
+  DorvCgiContext context = {};
+  // Harmless for a zeroed context, so it may also follow a failure before the first call.
+  const std::unique_ptr<DorvCgiContext, decltype(&DorvCgiFree)> release(&context, &DorvCgiFree);
+  if (!SetEnvironmentUser(user)) {
+    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to setenv [%m]");
+    return "";
+  }
+  if (DorvCgiInit(kTextFolder, &context) == 0) {
+    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to do init dorvcgi");
+    return "";
+  }
+  if (!HasStatusName(status)) {
+    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to get section and key [%d]", status);
+  }
+  const StatusName name = GetStatusName(status);
+  if (DorvCgiLoadText(&context, name.section, 0) == 0) {
+    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to load text");
+    return "";
+  }
+  return DorvCgiGetText(&context, name.key, "");
+}
+
+// The map of one notification.
+class PlaceholderMap {
+ public:
+  explicit PlaceholderMap(int size) : hash_(VLIBCSzHashAlloc(size)) {}
+
+  // Releases a map that could not be made, which is harmless, and never one that was made. On
+  // purpose: such a map has always been left to the platform, which may still hold what it was
+  // given.
+  ~PlaceholderMap() {
+    if (hash_ == nullptr) {
+      VLIBCSzHashFree(hash_);
+    }
+  }
+
+  PlaceholderMap(const PlaceholderMap&) = delete;
+  PlaceholderMap& operator=(const PlaceholderMap&) = delete;
+
+  // Null when the map could not be made. Valid until the next Set(), which may move the map.
+  VLIBSZHASH* hash() const { return hash_; }
+
+  // False also for a value of which the platform would see only the part before a NUL.
+  bool Set(const Placeholder& placeholder) {
+    return !util::HasNul(placeholder.value) &&
+           VLIBCSzHashSetValue(&hash_, placeholder.key, placeholder.value.c_str()) != -1;
+  }
+
+ private:
+  VLIBSZHASH* hash_;
+};
+
+// Sends @p event with these placeholders, set in this order.
+bool Send(const char* event, const std::string& user,
+          std::initializer_list<Placeholder> placeholders) {
+  std::size_t size = 1;
+  for (const Placeholder& placeholder : placeholders) {
+    size += placeholder.value.size();
+  }
+  PlaceholderMap map(static_cast<int>(size));
+  if (map.hash() == nullptr) {
+    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to do VLIBCSzHashAlloc(%d)", static_cast<int>(size));
+    return false;
+  }
+  for (const Placeholder& placeholder : placeholders) {
+    if (!map.Set(placeholder)) {
+      DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to set hash value");
+      return false;
+    }
+  }
+  return SendNotification(event, user, map.hash());
+}
+
+}  // namespace
+
+bool SendNotification(const std::string& event, const std::string& user, VLIBSZHASH* hash) {
+  constexpr int kNameSize = 493;  // bytes; the longest real name of the platform
+  char real_name[kNameSize] = {};
+  if (util::HasNul(user) || VLIBUserRealNameGet(user.c_str(), real_name, kNameSize) != 0) {
+    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to get real name for %s", user.c_str());
+    return false;
+  }
+  const int error = util::HasNul(event)
+                        ? EINVAL
+                        : DORVSendPersonalNotifiction(event.c_str(), real_name, kApplication, hash);
+  if (error != 0) {
+    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to send notification event for user [%s], ret=%d",
+                  real_name, error);
+    return false;
+  }
+  return true;
+}
+
+bool Task::SendNotificationComplete(int created_time) const {
+  const std::string type = ShownTypeUnlessUnknown(*this);
+  const std::string time = ShownTime(created_time);
+  return Send("DownloadCompleted", proto().username(),
+              {{"%DLTYPE%", type},
+               {"%FILENAME%", proto().filename()},
+               {"%SHARE%", proto().destination()},
+               {"%CREATEDTIME%", time}});
+}
+
+bool Task::SendNotificationCaptcha(int created_time) const {
+  const std::string type = ShownType(*this);
+  const std::string time = ShownTime(created_time);
+  return Send("DownloadCaptchaNeeded", proto().username(),
+              {{"%DLTYPE%", type}, {"%FILENAME%", proto().filename()}, {"%CREATEDTIME%", time}});
+}
+
+bool Task::SendNotificationFailed(int created_time) const {
+  const std::string type = ShownTypeUnlessUnknown(*this);
+  const std::string time = ShownTime(created_time);
+  const std::string message = StatusMessage(proto().username(), proto().status());
+  return Send("DownloadFailed", proto().username(),
+              {{"%DLTYPE%", type},
+               {"%FILENAME%", proto().filename()},
+               {"%MESSAGE%", message},
+               {"%CREATEDTIME%", time}});
+}
+
+}  // namespace dorvdl::record
