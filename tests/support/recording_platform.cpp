@@ -150,7 +150,7 @@ int VLIBCSzHashSetValue(VLIBSZHASH** hash, const char* key, const char* value) {
   auto pairs = std::exchange((*hash)->pairs, {});
   pairs[key] = value;
   *hash = KeepHash(std::move(pairs));
-  return 0;
+  return platform.set_hash_value;
 }
 
 void VLIBCSzHashFree(VLIBSZHASH* hash) { Record("VLIBCSzHashFree", hash); }

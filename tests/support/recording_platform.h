@@ -36,6 +36,7 @@ struct RecordingPlatform {
   int quota_is_enough = 1;
   int send_notification = 0;
   bool alloc_hash = true;
+  int set_hash_value = 0;        // for every key but this one:
   std::string refused_hash_key;  // the key for which VLIBCSzHashSetValue() fails
   int init_texts = 1;
   int load_text = 1;

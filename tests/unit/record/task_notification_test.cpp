@@ -239,6 +239,13 @@ TEST_F(TaskNotificationTest, TheFirstRefusedPairEndsItAndNothingIsSentOrReleased
   }
 }
 
+TEST_F(TaskNotificationTest, OnlyMinusOneRefusesAPair) {
+  for (const int answer : {0, 1, -2}) {
+    platform_.set_hash_value = answer;
+    CallsOf(&Task::SendNotificationComplete);
+  }
+}
+
 TEST_F(TaskNotificationTest, AUserWithoutARealNameGetsNothing) {
   platform_.get_real_name = 1;
   EXPECT_FALSE(task_.SendNotificationCaptcha(kTime));
