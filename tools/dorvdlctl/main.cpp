@@ -17,6 +17,7 @@
 #include "plugin/commands.h"
 #include "rendering/text.h"
 #include "setting/commands.h"
+#include "storage/commands.h"
 #include "task/commands.h"
 #include "thumbnail/commands.h"
 
@@ -87,6 +88,8 @@ ExitStatus Run(int argc, char** argv) {
   AddPluginCommands(app, global);
   AddNotificationCommands(app, global);
   AddSettingCommands(app, global);
+  AddSpace(app, global);
+  AddQuota(app, global);
   try {
     app.parse(argc, argv);  // runs the command
   } catch (const CLI::Success& request) {

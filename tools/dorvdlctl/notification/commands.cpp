@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "notification/inbox.h"
 #include "outcome.h"
 #include "record/commands.h"
 
@@ -65,6 +66,7 @@ void AddNotificationCommands(CLI::App& app, const GlobalOptions& global) {
           "Lists the view notification_view, which a deployment may define for itself.\n"
           "\nExample: dorvdlctl notification view");
   AddClearUntil(group, global);
+  AddNotificationInbox(group, global);
 }
 
 }  // namespace dorvdl::ctl

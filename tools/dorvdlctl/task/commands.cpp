@@ -15,6 +15,8 @@ void AddTaskCommands(CLI::App& app, const GlobalOptions& global) {
   AddTaskImport(group, global);
   AddTaskExport(group, global);
   AddTaskRestart(group, global);
+  AddTaskClean(group, global);
+  AddTaskNotify(group, global);
 }
 
 }  // namespace dorvdl::ctl

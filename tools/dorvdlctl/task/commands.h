@@ -17,6 +17,8 @@ void AddTaskSet(CLI::App& group, const GlobalOptions& global);
 void AddTaskImport(CLI::App& group, const GlobalOptions& global);
 void AddTaskExport(CLI::App& group, const GlobalOptions& global);
 void AddTaskRestart(CLI::App& group, const GlobalOptions& global);
+void AddTaskClean(CLI::App& group, const GlobalOptions& global);
+void AddTaskNotify(CLI::App& group, const GlobalOptions& global);
 
 }  // namespace dorvdl::ctl
 
