@@ -3,7 +3,14 @@
 . "$(dirname "$0")/../support/script_test.sh"
 
 test_the_story_comes_to_its_end() {
+  expect_status 0 "$checkout/tools/with-package-paths" "$checkout/scripts/demo-story"
+  expect_contains "$output" "inbox"
+  expect_contains "$output" "== Done"
+}
+
+test_the_story_does_without_the_packages_paths() {
   expect_status 0 "$checkout/scripts/demo-story"
+  expect_contains "$output" "left out"
   expect_contains "$output" "== Done"
 }
 
@@ -17,7 +24,8 @@ case "\$*" in
 esac
 TEXT
   chmod +x "$scratch/bin/dorvdlctl"
-  PATH=$scratch/bin:$PATH expect_status 1 "$checkout/scripts/demo-story"
+  PATH=$scratch/bin:$PATH expect_status 1 "$checkout/tools/with-package-paths" \
+    "$checkout/scripts/demo-story"
   expect_contains "$output" "garden.torrent copy.torrent differ"
 }
 
