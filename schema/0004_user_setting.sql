@@ -1,4 +1,5 @@
--- The download settings of each user. Booleans are integers, and only 1 is true.
+-- The download settings of each user. Booleans are integers, and only 1 is true. The last column is
+-- spelt so on purpose: other programs know it by this name.
 CREATE TABLE user_setting (
   username            text PRIMARY KEY,
   uid                 integer DEFAULT 0,
@@ -6,5 +7,5 @@ CREATE TABLE user_setting (
   user_disabled       integer DEFAULT 0,
   delete_watchtorrent integer DEFAULT 0,
   watchfolder         text    DEFAULT '',
-  enable_watchffolder integer DEFAULT 0  -- spelt like this in what the programs exchange
+  enable_watchffolder integer DEFAULT 0
 );

@@ -13,11 +13,6 @@
 #include "support/mount_namespace.h"
 #include "support/syslog_capture.h"
 
-// A map that a notification was sent with is left to the platform, on purpose.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
-  return "leak:VLIBCSzHashAlloc\n";
-}
-
 namespace dorvdl::record {
 namespace {
 

@@ -127,6 +127,9 @@ int InitCredentialsByName(const char* user, int flag) {
 
 int VLIBUserRealNameGet(const char* user, char* buf, int size) {
   const auto& platform = Record("VLIBUserRealNameGet", user, size);
+  if (platform.leaves_name_alone) {
+    return platform.get_real_name;
+  }
   const bool fits = CopyText(platform.real_name.empty() ? user : platform.real_name, buf,
                              size > 0 ? static_cast<std::size_t>(size) : 0);
   return fits ? platform.get_real_name : -1;

@@ -31,7 +31,8 @@ struct RecordingPlatform {
   std::string volume_device = "/dev/vg1/volume_1";
   std::string real_share_path;  // empty: no access
   int get_real_name = 0;
-  std::string real_name;  // empty: the name that was asked for
+  std::string real_name;           // empty: the name that was asked for
+  bool leaves_name_alone = false;  // the buffer stays as the caller made it
   int is_admin = 0;
   int quota_is_enough = 1;
   int send_notification = 0;

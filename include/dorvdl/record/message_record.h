@@ -28,8 +28,9 @@ class MessageRecord : public RecordBase {
   /// A record that carries no column.
   MessageRecord() = default;
 
-  /// A record with a copy of @p message, carrying the fields that are present in it.
-  explicit MessageRecord(const Message& message) : message_(message) {}
+  /// A record with a copy of @p message, carrying the fields that are present in it. A message may
+  /// stand wherever a record is asked for.
+  MessageRecord(const Message& message) : message_(message) {}
 
   const Message& proto() const { return message_; }
   Message& mutable_proto() { return message_; }

@@ -21,7 +21,7 @@ class DORVDL_EXPORT Notification : public MessageRecord<Notification, proto::Not
   static const ColumnTable& Columns();
 
   /// The kind as a number: 0 for "complete", 1 for "failed", 2 for "captcha", -1 for any other
-  /// text, other capitals included.
+  /// text, other capitals included. (Spelt unlike the other operations, as its callers know it.)
   int getType() const;
 };
 

@@ -22,8 +22,8 @@ class DORVDL_EXPORT Plugin : public MessageRecord<Plugin, proto::Plugin> {
   /// The record's columns, for the mechanism below it; their type is no part of the interface.
   static const ColumnTable& Columns();
 
-  /// The JSON columns as values. A text that is no JSON gives null (logged at error level); so does
-  /// a column that is absent.
+  /// The JSON columns as values. An absent column gives null; so does a text that is no JSON, which
+  /// is logged at error level.
   Json::Value process() const;
   Json::Value attributes() const;
   Json::Value response() const;

@@ -36,6 +36,8 @@ extern "C" {
 ///         malformed; EPERM when others have access to the spool folder, or it is somebody else's;
 ///         or what the system says, such as ENOSPC. Then nothing is kept, and one line in the
 ///         system log says why.
+///
+/// The name is spelt as the platform spells it.
 DORV_EXPORT int DORVSendPersonalNotifiction(const char* event, const char* user,
                                             const char* application, VLIBSZHASH* hash);
 

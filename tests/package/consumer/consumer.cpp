@@ -320,7 +320,16 @@ bool IdsAreSwitchedAndRestored() {
   return ran && IdsAreAsBefore(uid, gid);
 }
 
-bool FileFunctionsAreLinked() { return GetTmpDownloadDirRealPath(nullptr, 0) == -1; }
+bool FileFunctionsAreLinked() {
+  return GetTmpDownloadDirRealPath(nullptr, 0) == -1 && DORVDLQuotaCheck(0, "/", 1) == 0;
+}
+
+// For nobody, so none is sent.
+bool NotificationsAreLinked() {
+  const dorvdl::record::Task task;
+  return !task.SendNotificationComplete(0) && !task.SendNotificationCaptcha(0) &&
+         !task.SendNotificationFailed(0) && !dorvdl::record::SendNotification("None", "", nullptr);
+}
 
 bool PlatformIsLinked() { return InitCredentialsByName("nobody", 1) == 0; }
 
@@ -352,6 +361,7 @@ constexpr Check kChecks[] = {
     {"tasks", TasksHoldTheirFields},
     {"privilege", IdsAreSwitchedAndRestored},
     {"file functions", FileFunctionsAreLinked},
+    {"notifications", NotificationsAreLinked},
     {"platform", PlatformIsLinked},
     {"libraries of the public headers", LibrariesOfThePublicHeadersAreLinked},
 };

@@ -15,6 +15,7 @@ int (*const get_folder_from_c)(char*, int) = GetTmpDownloadDir;
 int (*const get_volume_from_c)(char*, size_t) = GetTmpDownloadDirVol;
 int (*const check_space_from_c)(void) = TmpVolumeSpaceCheck;
 int (*const remove_from_c)(const char*, int) = RemoveTaskTemp;
+int (*const check_quota_from_c)(uid_t, const char*, unsigned long long) = DORVDLQuotaCheck;
 
 int (*const init_credentials_from_c)(const char*, int) = InitCredentialsByName;
 int (*const get_real_name_from_c)(const char*, char*, int) = VLIBUserRealNameGet;

@@ -78,6 +78,16 @@ TEST_F(HeapTest, SuccessTakesNone) {
   EXPECT_EQ(TakeLog(), Log());
 }
 
+TEST_F(HeapTest, AskingForAQuotaTakesNoneBesideTheLog) {
+  platform_.is_admin = 1;
+  EXPECT_EQ(Allocations([] { DORVDLQuotaCheck(1026, "/volume1", 5); }), 0);
+  platform_.is_admin = -1;
+  EXPECT_EQ(Allocations([] { DORVDLQuotaCheck(1026, "/volume1", 5); }), Allocations([] {
+              syslog(LOG_ERR, "%s:%d %s", "file", 10,
+                     "Failed to check if uid 1026 is admingroup");
+            }));
+}
+
 // The captured log line itself is the only thing that takes memory.
 TEST_F(HeapTest, FailureTakesNoneBesideTheLog) {
   const auto log = [](const char* text) { syslog(LOG_ERR, "%s:%d %s", "file", 10, text); };

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "support/record_facts.h"
+#include "support/slot.h"
 #include "support/sql_matchers.h"
 
 namespace dorvdl::record {
@@ -22,6 +23,7 @@ using test_support::FactsOf;
 using test_support::kHasIntegerKey;
 using test_support::RecordFacts;
 using test_support::Show;
+using test_support::Slot;
 
 using Names = std::vector<std::string>;
 
@@ -239,6 +241,23 @@ TYPED_TEST(MappingTest, TheRecordItselfIsDecodedFastAndConvertedBySoci) {
   static_assert(!kIsMessageRecord<Derived<TypeParam>>);
   static_assert(std::is_base_of_v<RecordBase, TypeParam>);
   static_assert(std::is_same_v<typename soci::type_conversion<TypeParam>::base_type, soci::values>);
+}
+
+// Programs that were built against the library call the operations by their places.
+TYPED_TEST(MappingTest, TheOperationsStandInTheirSlots) {
+  EXPECT_EQ(Slot(&TypeParam::BindUpdateField), 0);  // the destructor takes the next two
+  EXPECT_EQ(Slot(&TypeParam::GetInsertFields), 3);
+  EXPECT_EQ(Slot(&TypeParam::IsValid), 4);
+  EXPECT_EQ(Slot(&TypeParam::ToJson), 5);
+  EXPECT_EQ(Slot(&TypeParam::primary_key), 6);
+  EXPECT_EQ(Slot(&TypeParam::set_primary_key), 7);
+  EXPECT_EQ(Slot(&TypeParam::soci_FromBase), 8);
+  EXPECT_EQ(Slot(&TypeParam::soci_ToBase), 9);
+}
+
+TYPED_TEST(MappingTest, ARecordIsItsMessageAndNothingElse) {
+  using Message = std::decay_t<decltype(TypeParam().proto())>;
+  EXPECT_EQ(sizeof(TypeParam), sizeof(RecordBase) + sizeof(Message));
 }
 
 static_assert(!kIsMessageRecord<RecordBase>);
