@@ -27,10 +27,19 @@ json() {
   psql -XAtq -U Tarnwick -d download -v doc="$output" <<<"SELECT $1 FROM (SELECT :'doc'::jsonb AS doc) d"
 }
 
-# help_of COMMAND...: the command explains itself, with an example.
+# listed_keys KEY ARGUMENT...: runs dorvdlctl, which is to list records, and prints the values of
+# their column KEY, in order.
+listed_keys() {
+  expect_run 0 --json "${@:2}"
+  json "(SELECT coalesce(string_agg(record->>'$1', ' ' ORDER BY place), '')
+    FROM jsonb_array_elements(doc) WITH ORDINALITY AS list (record, place))"
+}
+
+# help_of COMMAND...: the command explains itself, with an example, in 80 columns.
 help_of() {
   expect_run 0 "$@" --help
   expect_contains "$output" "Usage: dorvdlctl $* [OPTIONS]"
   expect_contains "$output" "Example"
+  [[ ! $output =~ [^$'\n']{81} ]] || fail "wider than 80 columns: ${BASH_REMATCH[0]}"
   expect_contains "$output" "Every command also takes --user NAME and --json"
 }

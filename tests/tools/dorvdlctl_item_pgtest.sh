@@ -14,16 +14,7 @@ some_items() {
 
 # listed ARGUMENT...: the ids that `item list` prints, in order.
 listed() {
-  expect_run 0 item list --json "$@"
-  json "(SELECT coalesce(string_agg(item->>'id', ' ' ORDER BY place), '')
-    FROM jsonb_array_elements(doc) WITH ORDINALITY AS list (item, place))"
-}
-
-test_each_command_explains_itself() {
-  local command
-  for command in list show add set remove import seen unseen clear; do
-    help_of item "$command"
-  done
+  listed_keys id item list "$@"
 }
 
 test_an_item_is_added_shown_changed_and_removed() {
@@ -71,7 +62,15 @@ test_criteria() {
   expect_equal "$(listed --like "%' OR true --")" ''
   refused 2 '--new excludes --seen' item list --new --seen
   refused 2 '--feed: "0" is no whole number' item list --feed 0
-  refused 1 'the database operation failed' item list --regex '('
+}
+
+test_a_pattern_that_is_none_is_told_from_other_failures() {
+  some_items
+  refused 1 'the pattern could not be tried' item list --regex '('
+  refused 1 'the pattern could not be tried' item list --not-regex '*' --count
+  refused 1 'the pattern could not be tried' item list --like \\
+  query 'ALTER TABLE rss_item RENAME TO other'
+  refused 1 'the database operation failed' item list --new
 }
 
 test_a_count_is_that_of_all_pages() {

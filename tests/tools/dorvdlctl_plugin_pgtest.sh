@@ -11,23 +11,14 @@ some_plugins() {
 
 # listed COMMAND ARGUMENT...: the task ids that `plugin COMMAND` prints, in order.
 listed() {
-  expect_run 0 plugin --json "$@"
-  json "(SELECT coalesce(string_agg(plugin->>'task_id', ' ' ORDER BY place), '')
-    FROM jsonb_array_elements(doc) WITH ORDINALITY AS list (plugin, place))"
-}
-
-test_each_command_explains_itself() {
-  local command
-  for command in list show add set remove active; do
-    help_of plugin "$command"
-  done
+  listed_keys task_id plugin "$@"
 }
 
 test_a_state_is_added_shown_changed_and_removed() {
   query "INSERT INTO download_queue (username) VALUES ('alice')"
   expect_run 0 --user alice plugin add 1 pid=7 current_plugin=unzip 'process={"step": 1}'
   expect_equal "$output" 1
-  refused 1 'plugin 1 exists already' plugin add 1
+  refused 1 'plug-in 1 exists already' plugin add 1
   expect_run 0 plugin set 1 'result=["ä", null]' pid=0
   expect_equal "$(query 'TABLE task_plugin')" '1|{"step": 1}|unzip||0|||["ä", null]|0'
   expect_run 0 plugin show 1 --json
@@ -36,7 +27,7 @@ test_a_state_is_added_shown_changed_and_removed() {
   expect_run 0 plugin show 1
   expect_contains "$output" $'process             {"step":1}\ncurrent_plugin      unzip'
   expect_run 0 plugin remove 1
-  refused 1 'no plugin 1' plugin show 1
+  refused 1 'no plug-in 1' plugin show 1
   refused 1 'no task 9' plugin add 9
   refused 2 'TASK is required' plugin add
 }
@@ -74,9 +65,9 @@ test_lists() {
 test_users_reach_the_states_of_their_tasks() {
   some_plugins
   expect_equal "$(listed list --user ALICE)" '1 3'
-  refused 1 'no plugin 2 of user alice' --user alice plugin show 2
-  refused 1 'no plugin 2 of user alice' --user alice plugin set 2 pid=1
-  refused 1 'no plugin 2 of user alice' --user alice plugin remove 2
+  refused 1 'no plug-in 2 of user alice' --user alice plugin show 2
+  refused 1 'no plug-in 2 of user alice' --user alice plugin set 2 pid=1
+  refused 1 'no plug-in 2 of user alice' --user alice plugin remove 2
   query 'DELETE FROM task_plugin WHERE task_id = 2'
   refused 1 'no task 2 of user alice' --user alice plugin add 2
 }

@@ -8,41 +8,14 @@
 #include <vector>
 
 #include "argument.h"
-#include "feed/commands.h"
-#include "filter/commands.h"
 #include "global_options.h"
-#include "item/commands.h"
-#include "notification/commands.h"
+#include "groups.h"
+#include "help.h"
 #include "outcome.h"
-#include "plugin/commands.h"
 #include "rendering/text.h"
-#include "setting/commands.h"
-#include "storage/commands.h"
-#include "task/commands.h"
-#include "thumbnail/commands.h"
 
 namespace dorvdl::ctl {
 namespace {
-
-// Help that tells what holds for every command, in full where no command is named.
-class HelpFormatter : public CLI::Formatter {
- public:
-  std::string make_footer(const CLI::App* app) const override {
-    if (app->get_parent() == nullptr) {
-      return "Each command explains itself: dorvdlctl task list --help\n"
-             "\n"
-             "The server is found through libpq's environment (PGHOST, PGPORT, PGSERVICE ...); the "
-             "role\n"
-             "is Tarnwick, the database download. Data goes to the standard output, messages to "
-             "the\n"
-             "standard error, and details of a failure to the system log.\n"
-             "\n"
-             "Exit status: 0 done, 1 the operation failed, 2 wrong usage.\n";
-    }
-    return app->get_footer() + (app->get_footer().empty() ? "" : "\n\n") +
-           "Every command also takes --user NAME and --json; see dorvdlctl --help.\n";
-  }
-};
 
 // On one line and safe for a terminal, for messages quote file names and the server.
 void Complain(const std::string& message) {
@@ -73,9 +46,6 @@ ExitStatus Run(int argc, char** argv) {
   CLI::App app("Looks at and changes the data of the download service.", "dorvdlctl");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.formatter(std::make_shared<HelpFormatter>());
-  app.get_formatter()->column_width(26);
-  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
-  app.get_formatter()->label("REQUIRED", "");
   app.group("Commands");  // the heading of the commands, in the help
   app.fallthrough();      // global options may stand behind a command
   app.require_subcommand(1);

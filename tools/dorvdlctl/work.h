@@ -19,6 +19,11 @@ template <typename Table>
 inline constexpr bool kActsForUser =
     std::is_constructible_v<Table, db::DBSession&, const std::string&>;
 
+// What a work may complain of.
+inline constexpr char kOperationFailed[] = "the database operation failed";
+inline constexpr char kPatternFailed[] =
+    "the pattern could not be tried: it is no valid one, or the database failed";
+
 // A connection and one transaction on it, in which a command does all it does: nothing stays of a
 // command that fails half-way. The transaction also tells a failure from an empty result, which
 // looks the same in what the operations return. (Hence accessors and no controls: a controller
@@ -26,9 +31,8 @@ inline constexpr bool kActsForUser =
 // outside the transaction.)
 class Work {
  public:
-  // Connects, and refuses a database whose schema this tool does not know. @p global must outlive
-  // the work.
-  // Throws Failure.
+  // Connects, and refuses a database whose schema this tool does not know; throws Failure. @p
+  // global must outlive the work.
   explicit Work(const GlobalOptions& global);
 
   // The user of the options; empty for all users.
@@ -52,7 +56,7 @@ class Work {
   control::Controller NewController() const;
 
   // Ends the work; throws Failure, with @p complaint, unless every statement has succeeded.
-  void Commit(const std::string& complaint = "the database operation failed");
+  void Commit(const std::string& complaint = kOperationFailed);
 
  private:
   const std::shared_ptr<db::DBSession> session_;

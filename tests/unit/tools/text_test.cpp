@@ -58,6 +58,14 @@ TEST_F(TextTest, WhatIsTooWideEndsInAnEllipsis) {
   EXPECT_EQ(FitInto("e\u0301e\u0301e\u0301", 2), "e\u0301…");
 }
 
+TEST_F(TextTest, WordsAreWrappedBetweenEachOther) {
+  EXPECT_EQ(Wrap("one two  three\nfour", 7), "one two\nthree\nfour");
+  EXPECT_EQ(Wrap("one two", 6), "one\ntwo");
+  EXPECT_EQ(Wrap("Ä Ü 日本", 8), "Ä Ü 日本");
+  EXPECT_EQ(Wrap("a longer-than-that b", 4), "a\nlonger-than-that\nb");
+  EXPECT_EQ(Wrap(" \n", 4), "");
+}
+
 TEST_F(TextTest, LinesAreJoinedBySingleSpaces) {
   EXPECT_EQ(JoinLines(" no such server\n\tIs it running?\n"), "no such server Is it running?");
 }

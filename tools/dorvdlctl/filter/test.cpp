@@ -8,6 +8,7 @@
 #include <string>
 
 #include "argument.h"
+#include "help.h"
 #include "outcome.h"
 #include "record/print.h"
 #include "work.h"
@@ -33,7 +34,7 @@ void Test(const Arguments& arguments, const GlobalOptions& global) {
   const std::string subject = Literal(arguments.text);
   const bool matches = arguments.regex ? filters.TestRegexp(subject, arguments.pattern)
                                        : filters.TestLike(subject, arguments.pattern);
-  work.Commit("the pattern could not be tried: it is no valid one, or the database failed");
+  work.Commit(kPatternFailed);
   if (global.json) {
     PrintJson(matches);
   } else {
@@ -58,12 +59,11 @@ void AddFilterTest(CLI::App& group, const GlobalOptions& global) {
       ->check(Utf8Text());
   command.add_flag("--regex", arguments->regex,
                    "PATTERN is a POSIX regular expression for any part (case counts)");
-  command.footer(
-      "The database tries it, with the operators of `item list`. Prints \"matches\" or \"does not\n"
-      "match\", in JSON true or false; the exit status is 0 in either case.\n"
-      "\nExamples:\n"
-      "  dorvdlctl filter test 'Some.Film.1080p' '%1080P%'\n"
-      "  dorvdlctl filter test --regex 'Show S01E07' 'S[0-9]{2}E[0-9]{2}'");
+  command.footer(Footer(
+      {"The database tries it, with the operators of `item list`. Prints \"matches\" or \"does "
+       "not match\", in JSON true or false; the exit status is 0 in either case.",
+       {"filter test 'Some.Film.1080p' '%1080P%'",
+        "filter test --regex 'Show S01E07' 'S[0-9]{2}E[0-9]{2}'"}}));
   command.callback([arguments, &global] { Test(*arguments, global); });
 }
 

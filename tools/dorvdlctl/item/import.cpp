@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "help.h"
 #include "item/kind.h"
 #include "outcome.h"
 #include "reading/json_text.h"
@@ -89,19 +90,15 @@ void Import(const Arguments& arguments, const GlobalOptions& global) {
 void AddItemImport(CLI::App& group, const GlobalOptions& global) {
   const auto arguments = std::make_shared<Arguments>();
   CLI::App& command = *group.add_subcommand("import", "Add items that a file lists");
-  command.add_option("FEED", arguments->feed_id, "The id of the feed that they belong to")
-      ->type_name("")
-      ->required()
-      ->check(KeyCheck(arguments->feed_id));
+  AddId(command, "FEED", "The id of the feed that they belong to", arguments->feed_id);
   command
       .add_option("FILE", arguments->path,
-                  "A file with one JSON object per line, whose members are columns; - for the\n"
+                  "A file with one JSON object per line, whose members are columns; - for the "
                   "standard input")
       ->type_name("")
       ->required();
-  command.footer(
-      "When one line is no good, none is added.\n"
-      "\nExample: echo '{\"title\": \"Some film\", \"is_new\": true}' | dorvdlctl item import 3 -");
+  command.footer(Footer({"When one line is no good, none is added.",
+                         {"item import 3 - <<<'{\"title\": \"Some film\", \"is_new\": true}'"}}));
   command.callback([arguments, &global] { Import(*arguments, global); });
 }
 

@@ -11,24 +11,25 @@ void AddCriteria(CLI::App& command, ListOption& option) {
   AddNumberCriterion(command, "--feed", "Only items of the feed with this id", 1, option.feed_id)
       .type_name("ID");
   CLI::Option* const is_new = command.add_flag_callback(
-      "--new", [&option] { option.is_new = true; }, "Only new items");
+      "--new", [&option] { option.is_new = true; }, "Only new items, which are those not seen yet");
   command
       .add_flag_callback(
           "--seen", [&option] { option.is_new = false; }, "Only items that have been seen")
       ->excludes(is_new);
   AddTextCriterion(command, "--like",
-                   "Only items whose title matches a LIKE pattern (% any text, _ any\n"
-                   "character, any case)",
+                   "Only items whose title matches a LIKE pattern (% any text, _ any character, "
+                   "any case)",
                    option.title_like)
       .type_name("PATTERN");
-  AddTextCriterion(command, "--not-like", "Only items whose title does not match one",
+  AddTextCriterion(command, "--not-like", "Only items whose title does not match a LIKE pattern",
                    option.title_not_like)
       .type_name("PATTERN");
   AddTextCriterion(command, "--regex",
                    "Only items whose title matches a POSIX regular expression (case counts)",
                    option.title_regex)
       .type_name("PATTERN");
-  AddTextCriterion(command, "--not-regex", "Only items whose title does not match one",
+  AddTextCriterion(command, "--not-regex",
+                   "Only items whose title does not match a POSIX regular expression",
                    option.title_not_regex)
       .type_name("PATTERN");
   AddTextCriterion(command, "--url", "Only items with exactly this address", option.url)
@@ -36,6 +37,13 @@ void AddCriteria(CLI::App& command, ListOption& option) {
   AddNumberCriterion(command, "--date", "Only items of exactly this time (seconds since 1970)", 0,
                      option.date)
       .type_name("EPOCH");
+}
+
+// The database alone tells whether a pattern is one.
+const char* ListComplaint(const ListOption& option) {
+  const bool has_pattern =
+      option.title_like || option.title_not_like || option.title_regex || option.title_not_regex;
+  return has_pattern ? kPatternFailed : kOperationFailed;
 }
 
 }  // namespace
@@ -50,20 +58,16 @@ const ItemKind& Items() {
     kind.shrinking = "title";
     kind.parent = &FeedParent();
     kind.add_criteria = &AddCriteria;
-    kind.footers.list =
-        "An item is listed when it meets all criteria.\n"
-        "\nExamples:\n"
-        "  dorvdlctl item list --feed 3 --new --sort-by date --descending --limit 20\n"
-        "  dorvdlctl item list --like '%1080p%' --not-regex '[Cc]am' --count";
-    kind.footers.show = "Example: dorvdlctl item show 12 --json";
-    kind.footers.add =
-        "Columns: feed_id, title, url, link, date (seconds since 1970), size (bytes), is_new.\n"
-        "`item import` adds many at once.\n"
-        "\nExample: dorvdlctl item add feed_id=3 'title=Some film' is_new=yes";
-    kind.footers.set =
-        "Only the columns named are written: feed_id, title, url, link, date, size, is_new.\n"
-        "\nExample: dorvdlctl item set 12 is_new=no";
-    kind.footers.remove = "\nExample: dorvdlctl item remove 12 13";
+    kind.list_complaint = &ListComplaint;
+    kind.notes = {{"date", "seconds since 1970"}, {"size", "bytes"}};
+    kind.help.list = {"An item is listed when it meets all criteria.",
+                      {"item list --feed 3 --new --sort-by date --descending --limit 20",
+                       "item list --like '%1080p%' --not-regex '[Cc]am' --count"}};
+    kind.help.show = {"", {"item show 12 --json"}};
+    kind.help.add = {"`item import` adds many at once.",
+                     {"item add feed_id=3 'title=Some film' is_new=yes"}};
+    kind.help.set = {"", {"item set 12 is_new=no"}};
+    kind.help.remove = {"", {"item remove 12 13"}};
     return kind;
   }();
   return items;

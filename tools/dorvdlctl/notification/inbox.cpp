@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "help.h"
 #include "outcome.h"
 #include "record/print.h"
 #include "rendering/table.h"
@@ -69,10 +70,10 @@ void ShowInbox(const GlobalOptions& global) {
 
 void AddNotificationInbox(CLI::App& group, const GlobalOptions& global) {
   CLI::App& command = *group.add_subcommand("inbox", "Show the notifications that have been sent");
-  command.footer(
-      "They are kept on this machine, in a folder of the user that sends them, and not in the\n"
-      "database.\n"
-      "\nExample: dorvdlctl --user alice notification inbox");
+  command.footer(Footer(
+      {"They are kept on this machine, in a folder of the user that sends them, and not in the "
+       "database.",
+       {"--user alice notification inbox"}}));
   command.callback([&global] { ShowInbox(global); });
 }
 

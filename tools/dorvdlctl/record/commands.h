@@ -3,18 +3,19 @@
 #define DORVDLCTL_RECORD_COMMANDS_H_
 
 #include <CLI/CLI.hpp>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "global_options.h"
+#include "help.h"
 #include "outcome.h"
 #include "record/criterion.h"
 #include "record/key.h"
 #include "record/kind.h"
+#include "record/operations.h"
+#include "record/parent.h"
 #include "record/print.h"
-#include "record/rows.h"
 
 namespace dorvdl::ctl {
 
@@ -24,87 +25,8 @@ CLI::App& AddGroup(CLI::App& app, const Description& kind);
 // Adds the positional argument KEY=VALUE.
 void AddAssignments(CLI::App& command, std::vector<std::string>& assignments);
 
-// Lists the rows that meet @p option, or tells their number.
-template <typename KindType>
-void List(const KindType& kind, typename KindType::Option& option, bool count_only,
-          const GlobalOptions& global) {
-  Work work(global);
-  Rows rows(work, kind);
-  if (count_only) {
-    const int count = rows.Count(option);
-    work.Commit();
-    std::cout << count << '\n';
-    return;
-  }
-  const auto records = rows.List(option);
-  work.Commit();
-  Print(kind, records, global);
-}
-
-template <typename KindType>
-void Show(const KindType& kind, const typename KindType::Key& key, const GlobalOptions& global) {
-  Work work(global);
-  const auto record = Rows(work, kind).GetExisting(key);
-  work.Commit();
-  Print(kind, record, global);
-}
-
-// Writes the present columns of @p changes, which carries the key, to an existing row.
-template <typename KindType>
-void Change(const KindType& kind, const typename KindType::Key& key,
-            const typename KindType::Record& changes, const GlobalOptions& global) {
-  Work work(global);
-  Rows rows(work, kind);
-  rows.GetExisting(key);
-  // A key that names the parent does not change: there the parent may be gone.
-  if (kind.parent != nullptr && kind.parent->column != kind.key &&
-      NamesParent(*kind.parent, changes.proto())) {
-    RequireParent(work, *kind.parent, ParentOf(*kind.parent, changes.proto()));
-  }
-  rows.Update(changes);
-  work.Commit();
-}
-
-// Inserts @p record, which carries @p key where the kind's keys are given.
-template <typename KindType>
-void Insert(const KindType& kind, const typename KindType::Key& key,
-            typename KindType::Record record, const GlobalOptions& global) {
-  Work work(global);
-  if (kind.parent != nullptr) {
-    RequireParent(work, *kind.parent, ParentOf(*kind.parent, record.proto()));
-  }
-  Rows rows(work, kind);
-  if (kind.key_is_given && rows.Get(key).IsValid()) {
-    throw Failure(kind.noun + " " + KeyText(key) + " exists already");
-  }
-  rows.Create(record);
-  work.Commit();
-  if (global.json) {
-    Print(kind, record, global);
-  } else {
-    std::cout << kind.to_json(record)[kind.key].asString() << '\n';
-  }
-}
-
-template <typename KindType>
-void Remove(const KindType& kind, const std::vector<typename KindType::Key>& keys,
-            const GlobalOptions& global) {
-  using Keys = std::vector<typename KindType::Key>;
-  Work work(global);
-  Rows rows(work, kind);
-  Keys found;
-  Keys missing;
-  for (const auto& key : keys) {
-    (rows.Get(key).IsValid() ? found : missing).push_back(key);
-  }
-  if (!found.empty()) {
-    rows.Delete(found);
-  }
-  work.Commit();
-  if (!missing.empty()) {
-    throw Missing(kind.noun, missing, global.user);
-  }
-}
+// The columns that may be assigned, with their notes.
+std::string ColumnList(const Description& kind);
 
 // Each of the following adds a command to @p group. @p kind and @p global must outlive it.
 
@@ -121,7 +43,7 @@ void AddList(CLI::App& group, const KindType& kind, const GlobalOptions& global)
   }
   AddOrderAndPage(command, kind, CommonPart(arguments->option));
   command.add_flag("--count", arguments->count_only, "Print only how many there are on all pages");
-  command.footer(kind.footers.list);
+  command.footer(Footer(kind.help.list));
   command.callback([arguments, &kind, &global] {
     List(kind, arguments->option, arguments->count_only, global);
   });
@@ -147,7 +69,7 @@ void AddShow(CLI::App& group, const KindType& kind, const GlobalOptions& global)
   const auto key = std::make_shared<typename KindType::Key>();
   CLI::App& command = *group.add_subcommand("show", "Show all columns of one " + kind.noun);
   AddKey(command, kind, *key);
-  command.footer(kind.footers.show);
+  command.footer(Footer(kind.help.show));
   command.callback([key, &kind, &global] { Show(kind, *key, global); });
 }
 
@@ -174,7 +96,8 @@ void AddAdd(CLI::App& group, const KindType& kind, const GlobalOptions& global) 
     AddKey(command, kind, arguments->key);
   }
   AddAssignments(command, arguments->assignments);
-  command.footer(kind.footers.add);
+  command.footer(Footer(
+      {"Columns: " + ColumnList(kind) + ". " + kind.help.add.remark, kind.help.add.examples}));
   command.callback([arguments, &kind, &global] {
     auto record = arguments->Carry(kind);
     if (kind.key_is_given) {
@@ -197,7 +120,9 @@ void AddSet(CLI::App& group, const KindType& kind, const GlobalOptions& global) 
   CLI::App& command = *group.add_subcommand("set", "Change columns of one " + kind.noun);
   AddKey(command, kind, arguments->key);
   AddAssignments(command, arguments->assignments);
-  command.footer(kind.footers.set);
+  command.footer(Footer(
+      {"Only the columns named are written: " + ColumnList(kind) + ". " + kind.help.set.remark,
+       kind.help.set.examples}));
   command.callback([arguments, &kind, &global] {
     if (arguments->assignments.empty()) {
       throw WrongUsage("nothing to set: give KEY=VALUE");
@@ -213,8 +138,10 @@ void AddRemove(CLI::App& group, const KindType& kind, const GlobalOptions& globa
   const auto keys = std::make_shared<std::vector<typename KindType::Key>>();
   CLI::App& command = *group.add_subcommand("remove", "Remove " + kind.noun + "s");
   AddKeys(command, kind, *keys);
-  command.footer("Those that do not exist are named; the others are removed all the same.\n" +
-                 kind.footers.remove);
+  command.footer(
+      Footer({"Those that do not exist are named; the others are removed all the same. " +
+                  kind.help.remove.remark,
+              kind.help.remove.examples}));
   command.callback([keys, &kind, &global] { Remove(kind, *keys, global); });
 }
 

@@ -31,11 +31,11 @@ CLI::Validator OrderOf(const Description& kind) {
 }
 
 std::string OrdersText(const Description& kind) {
-  std::string text = "Order by a column (`" + kind.noun + " show` names them)";
+  std::string text = "Order by a column (`" + kind.GroupName() + " show` names them)";
   for (std::size_t i = 0; i < kind.orders.size(); ++i) {
     text.append(i + 1 == kind.orders.size() ? " or by " : ", by ").append(kind.orders[i]);
   }
-  return text;
+  return text + "; default: " + kind.key;
 }
 
 }  // namespace

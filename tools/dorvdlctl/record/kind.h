@@ -8,32 +8,39 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "global_options.h"
+#include "help.h"
 #include "reading/assignment.h"
 #include "record/parent.h"
 #include "rendering/message_json.h"
 #include "rendering/record_view.h"
+#include "work.h"
 
 namespace dorvdl::ctl {
 
 // What does not depend on the table's accessor. The key's column and what may be assigned are those
 // of the base.
 struct Description : Assignable {
-  std::string title;                 // of the group of commands, in the help
-  std::string key_label = "ID";      // what stands for the key in the help
-  bool key_is_given = false;         // the database makes no keys: `add` is told them
-  std::vector<std::string> columns;  // all, in the order in which `show` has them
-  std::vector<std::string> listed;   // the columns of `list`
-  std::string shrinking;             // the one that gives way in a narrow terminal
-  std::vector<std::string> orders;   // the orders of `list` that are no columns
-  const Parent* parent = nullptr;    // what the records belong to, if anything
+  std::string title;                         // of the group of commands, in the help
+  std::string key_label = "ID";              // what stands for the key in the help
+  bool key_is_given = false;                 // the database makes no keys: `add` is told them
+  std::vector<std::string> columns;          // all, in the order in which `show` has them
+  std::vector<std::string> listed;           // the columns of `list`
+  std::string shrinking;                     // the one that gives way in a narrow terminal
+  std::vector<std::string> orders;           // the orders of `list` that are no columns
+  const Parent* parent = nullptr;            // what the records belong to, if anything
+  std::map<std::string, std::string> notes;  // on columns that may be assigned, in the help
   struct {
-    std::string list, show, add, set, remove;
-  } footers;  // remarks and examples, in the help
+    Help list, show, add, set, remove;
+  } help;             // what there is to say beyond what holds for every kind
+  std::string group;  // the name of the group of commands where that is not the noun
+
+  const std::string& GroupName() const { return group.empty() ? noun : group; }
 };
 
 template <typename Record>
@@ -58,6 +65,10 @@ struct Kind : Description {
   };
   // Adds options to `list` that say which records are wanted; may be null.
   void (*add_criteria)(CLI::App& command, Option& option) = nullptr;
+  // The complaint when `list` fails with these criteria.
+  const char* (*list_complaint)(const Option& option) = [](const Option&) {
+    return kOperationFailed;
+  };
   // Adds to a new record what the command line leaves open. Throws WrongUsage; may be null.
   void (*complete)(Record& record, const GlobalOptions& global) = nullptr;
   // The table for people, where it has more to it than the columns listed; the owners stand in it

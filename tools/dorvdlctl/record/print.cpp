@@ -9,6 +9,7 @@
 #include "rendering/table.h"
 
 namespace dorvdl::ctl {
+
 void PrintJson(const Json::Value& json) { std::cout << JsonText(json) << '\n'; }
 
 Json::Value WithoutSecrets(Json::Value row) {

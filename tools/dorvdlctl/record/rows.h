@@ -70,7 +70,7 @@ class Rows {
     }
   }
 
-  bool Create(Record& record) { return table_.Create(record); }
+  void Create(Record& record) { table_.Create(record); }
 
   void Update(const Record& changes) {
     if constexpr (kActsForUser<Accessor>) {

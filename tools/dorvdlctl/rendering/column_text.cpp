@@ -6,6 +6,7 @@
 #include <map>
 
 #include "rendering/message_json.h"
+#include "rendering/plugin_json.h"
 #include "rendering/status_word.h"
 #include "rendering/units.h"
 
@@ -48,13 +49,12 @@ struct Renderings {
   Rendering brief;
 };
 
-// The columns whose type does not say how to show them.
-const std::map<std::string, Renderings>& Known() {
+std::map<std::string, Renderings> MakeKnown() {
   constexpr Renderings kTime = {&Number<LocalTime>, &Number<LocalTime>};
   constexpr Renderings kSize = {&Number<SizeInFull>, &Number<Size>};
   constexpr Renderings kRate = {&Number<Rate>, &Number<Rate>};
   constexpr Renderings kJson = {&CompactJsonText, &CompactJsonText};
-  static const std::map<std::string, Renderings> known = {
+  std::map<std::string, Renderings> known = {
       {"created_time", kTime},
       {"started_time", kTime},
       {"completed_time", kTime},
@@ -69,15 +69,20 @@ const std::map<std::string, Renderings>& Known() {
       {"current_rate", kRate},
       {"upload_rate", kRate},
       {"extra_data", kJson},
-      {"process", kJson},
-      {"attributes", kJson},
-      {"response", kJson},
-      {"result", kJson},
       {"status", {&Number<StatusInFull>, &Number<StatusInBrief>}},
       {"task_flags", {&Number<FlagsInFull>, &Number<FlagsInFull>}},
       {"file_oid", {&Number<ObjectId>, &Number<ObjectId>}},
       {"unzip_password", {&Secret, &Secret}},
   };
+  for (const PluginJson& column : kPluginJson) {
+    known.emplace(column.name, kJson);
+  }
+  return known;
+}
+
+// The columns whose type does not say how to show them.
+const std::map<std::string, Renderings>& Known() {
+  static const std::map<std::string, Renderings> known = MakeKnown();
   return known;
 }
 

@@ -6,6 +6,7 @@
 #include <clocale>
 #include <cstdio>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 
 namespace dorvdl::ctl {
@@ -103,6 +104,22 @@ std::string FitInto(const std::string& printable, int width) {
     used += wcwidth(NextCharacter(printable, position).code.value());
   }
   return printable.substr(0, end) + "…";
+}
+
+std::string Wrap(const std::string& printable, int width) {
+  std::istringstream words(printable);
+  std::string lines;
+  int used = 0;
+  for (std::string word; words >> word;) {
+    const bool fits = used + 1 + Width(word) <= width;
+    if (used > 0) {
+      lines += fits ? ' ' : '\n';
+      used = fits ? used + 1 : 0;
+    }
+    lines += word;
+    used += Width(word);
+  }
+  return lines;
 }
 
 std::string JoinLines(const std::string& text) {

@@ -22,6 +22,10 @@ int Width(const std::string& printable);
 // A printable text of at most @p width columns: the text itself, or its beginning and an ellipsis.
 std::string FitInto(const std::string& printable, int width);
 
+// The words of a printable text in lines of at most @p width columns; only a word that is wider
+// makes a wider line.
+std::string Wrap(const std::string& printable, int width);
+
 // The lines of a message as one line.
 std::string JoinLines(const std::string& text);
 

@@ -1,6 +1,5 @@
 #include "rendering/units.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <ctime>
 #include <iterator>

@@ -7,10 +7,11 @@
 #include <string>
 
 #include "argument.h"
+#include "groups.h"
+#include "help.h"
 #include "outcome.h"
 #include "reading/parse_number.h"
 #include "record/print.h"
-#include "storage/commands.h"
 #include "storage/download_folder.h"
 
 namespace dorvdl::ctl {
@@ -64,10 +65,10 @@ void AddQuota(CLI::App& app, const GlobalOptions& global) {
       .add_option("--path", arguments->path,
                   "Something on the volume in question; default: the download folder")
       ->type_name("PATH");
-  command.footer(
-      "Prints \"enough\", in JSON true; anything else is a failure. Administrators, and users\n"
-      "without a quota, always have enough. Needs to be run by root.\n"
-      "\nExample: dorvdlctl quota alice 1073741824 --path /volume1");
+  command.footer(Footer(
+      {"Prints \"enough\", in JSON true; anything else is a failure. Administrators, and users "
+       "without a quota, always have enough. Needs to be run by root.",
+       {"quota alice 1073741824 --path /volume1"}}));
   command.callback([arguments, &global] { AskForQuota(*arguments, global); });
 }
 

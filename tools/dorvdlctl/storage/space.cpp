@@ -7,11 +7,12 @@
 #include <iostream>
 #include <system_error>
 
+#include "groups.h"
+#include "help.h"
 #include "outcome.h"
 #include "record/print.h"
 #include "rendering/record_view.h"
 #include "rendering/units.h"
-#include "storage/commands.h"
 #include "storage/download_folder.h"
 
 namespace dorvdl::ctl {
@@ -63,9 +64,9 @@ void ShowSpace(const GlobalOptions& global) {
 void AddSpace(CLI::App& app, const GlobalOptions& global) {
   CLI::App& command = *app.add_subcommand("space", "Look at the temporary download folder");
   command.footer(
-      "Shows the folder, its volume, what is free for ordinary users (bytes in JSON), and whether\n"
-      "that is enough for the download service to go on: 1 MiB or more.\n"
-      "\nExample: dorvdlctl space --json");
+      Footer({"Shows the folder, its volume, what is free for ordinary users (bytes in JSON), and "
+              "whether that is enough for the download service to go on: 1 MiB or more.",
+              {"space --json"}}));
   command.callback([&global] { ShowSpace(global); });
 }
 

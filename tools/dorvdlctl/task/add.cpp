@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "argument.h"
+#include "help.h"
 #include "outcome.h"
 #include "record/print.h"
 #include "task/commands.h"
@@ -85,7 +86,7 @@ void AddTaskAdd(CLI::App& group, const GlobalOptions& global) {
   CLI::App& command = *group.add_subcommand("add", "Add tasks and print their ids");
   command
       .add_option("SOURCE", arguments->sources,
-                  "A URL (http, https, ftp, ftps, sftp, magnet, ed2k, thunder, flashget,\n"
+                  "A URL (http, https, ftp, ftps, sftp, magnet, ed2k, thunder, flashget, "
                   "qqdl), or a file that ends in .torrent or .nzb and is stored with the task")
       ->type_name("")
       ->required();
@@ -102,9 +103,9 @@ void AddTaskAdd(CLI::App& group, const GlobalOptions& global) {
   AddPasswordFile(command, arguments->password_file);
   command.add_flag("--paused", arguments->paused, "Add the tasks as paused, not as waiting");
   command.footer(
-      "The tasks belong to the user given by --user. When one source is no good, none is added.\n"
-      "\nExample: dorvdlctl --user alice task add --destination video "
-      "https://example.org/film.mkv");
+      Footer({"The tasks belong to the user given by --user. When one source is no good, none is "
+              "added.",
+              {"--user alice task add --paused https://example.org/film.mkv"}}));
   command.callback([arguments, &global] { Add(*arguments, global); });
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "help.h"
 #include "outcome.h"
 #include "record/key.h"
 #include "record/rows.h"
@@ -44,11 +45,11 @@ void AddTaskClean(CLI::App& group, const GlobalOptions& global) {
   const auto ids = std::make_shared<std::vector<std::int32_t>>();
   CLI::App& command = *group.add_subcommand("clean", "Remove the temporary files of tasks");
   AddKeys(command, Tasks(), *ids);
-  command.footer(
-      "Removes the tasks' folders in the temporary download folder and leaves the tasks "
-      "themselves\n"
-      "alone. Without --user the tasks may be gone; it is for no task that is being downloaded.\n"
-      "\nExample: dorvdlctl task clean 7 9");
+  command.footer(Footer(
+      {"Removes the tasks' folders in the temporary download folder and leaves the tasks "
+       "themselves alone. Without --user the tasks may be gone; it is for no task that is being "
+       "downloaded.",
+       {"task clean 7 9"}}));
   command.callback([ids, &global] { Clean(*ids, global); });
 }
 

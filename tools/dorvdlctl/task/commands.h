@@ -1,4 +1,5 @@
-// The commands on download tasks.
+// The commands on tasks that only their group has, and those that have more to them there than in
+// other groups.
 #ifndef DORVDLCTL_TASK_COMMANDS_H_
 #define DORVDLCTL_TASK_COMMANDS_H_
 
@@ -8,10 +9,7 @@
 
 namespace dorvdl::ctl {
 
-// Adds the group "task". @p global must outlive @p app.
-void AddTaskCommands(CLI::App& app, const GlobalOptions& global);
-
-// The commands that only this group has, and those that have more to them than in other groups.
+// Each adds its command to @p group. @p global must outlive it.
 void AddTaskAdd(CLI::App& group, const GlobalOptions& global);
 void AddTaskSet(CLI::App& group, const GlobalOptions& global);
 void AddTaskImport(CLI::App& group, const GlobalOptions& global);

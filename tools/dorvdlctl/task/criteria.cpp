@@ -64,14 +64,14 @@ void AddPair(CLI::App& command, const Pair& pair, Apply apply) {
       "--not-" + pair.name, [apply](const Values& values) { apply(values, true); },
       pair.opposite_description);
   for (CLI::Option* const option : {wanted, unwanted}) {
-    option->option_text(pair.value_name)->allow_extra_args(false)->check(pair.check);
+    option->type_name(pair.value_name)->allow_extra_args(false)->check(pair.check);
   }
   wanted->excludes(unwanted);
 }
 
 void AddStatus(CLI::App& command, ListOption& option) {
   const Pair pair{"status", "STATUS",
-                  "Only tasks in STATUS: a code, a word as the list shows it, or \"failed\" for\n"
+                  "Only tasks in STATUS: a code, a word as the list shows it, or \"failed\" for "
                   "every error; give it again for more",
                   "Only tasks in any other status", CLI::Validator(&CheckStatus, "", "")};
   AddPair(command, pair, [&option](const std::vector<std::string>& texts, bool exclude) {
@@ -86,9 +86,10 @@ void AddStatus(CLI::App& command, ListOption& option) {
 
 void AddType(CLI::App& command, ListOption& option) {
   const Pair pair{"type", "TYPE",
-                  "Only tasks that download by TYPE: bt, nzb, http, https, ftp, ftps, sftp,\n"
+                  "Only tasks that download by TYPE: bt, nzb, http, https, ftp, ftps, sftp, "
                   "emule, thunder, flashget or qqdl; give it again for more",
-                  "Only tasks that download by anything else", CLI::IsMember(&Types())};
+                  "Only tasks that download by anything else",
+                  CLI::IsMember(&Types()).description("")};
   AddPair(command, pair, [&option](const std::vector<std::string>& names, bool exclude) {
     option.task_flags = FlagsOf(names);
     option.exclude_task_flags = exclude;

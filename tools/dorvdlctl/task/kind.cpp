@@ -53,15 +53,12 @@ const TaskKind& Tasks() {
     kind.to_json = &TaskToJson;
     kind.add_criteria = &AddTaskCriteria;
     kind.draw = &DrawTasks;
-    kind.footers.list =
-        "A task is listed when it meets all criteria. The order is that of the ids by default.\n"
-        "\nExamples:\n"
-        "  dorvdlctl --user alice task list --status downloading --sort-by timeleft\n"
-        "  dorvdlctl task list --status failed --type bt --type nzb --json";
-    kind.footers.show =
-        "Of a password it shows only that there is one, and in JSON nothing at all.\n"
-        "\nExample: dorvdlctl task show 7 --json";
-    kind.footers.remove = "\nExample: dorvdlctl task remove 7 8";
+    kind.help.list = {"A task is listed when it meets all criteria.",
+                      {"--user alice task list --status downloading --sort-by timeleft",
+                       "task list --status failed --type bt --type nzb --json"}};
+    kind.help.show = {"Of a password it shows only that there is one, and in JSON nothing at all.",
+                      {"task show 7 --json"}};
+    kind.help.remove = {"", {"task remove 7 8"}};
     return kind;
   }();
   return tasks;

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "help.h"
 #include "outcome.h"
 #include "record/key.h"
 #include "record/rows.h"
@@ -46,9 +47,9 @@ void AddTaskNotify(CLI::App& group, const GlobalOptions& global) {
       ->required()
       ->check(CLI::IsMember(kEvents).description(""));
   command.footer(
-      "The owner must be a user of this machine. The event need not fit the task's status; with\n"
-      "failed, the notification says what the status means, in the owner's language.\n"
-      "\nExample: dorvdlctl task notify 7 failed");
+      Footer({"The owner must be a user of this machine. The event need not fit the task's status; "
+              "with failed, the notification says what the status means, in the owner's language.",
+              {"task notify 7 failed"}}));
   command.callback([arguments, &global] { Notify(*arguments, global); });
 }
 

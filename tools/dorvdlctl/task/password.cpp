@@ -11,7 +11,7 @@ namespace dorvdl::ctl {
 void AddPasswordFile(CLI::App& command, std::string& path) {
   command
       .add_option("--password-file", path,
-                  "Take the password for unpacking from the first line of FILE, or of the\n"
+                  "Take the password for unpacking from the first line of FILE, or of the "
                   "standard input when FILE is -")
       ->type_name("FILE");
 }

@@ -6,8 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "argument.h"
+#include "help.h"
 #include "outcome.h"
+#include "record/key.h"
 #include "record/print.h"
 #include "record/rows.h"
 #include "task/commands.h"
@@ -17,17 +18,10 @@
 namespace dorvdl::ctl {
 namespace {
 
-// What tells the two restarts apart: their operations, and what a single one that fails means for a
-// task that exists.
-struct Captcha : control::CaptchaControl {
-  using CaptchaControl::CaptchaControl;
-  static constexpr char kComplaint[] = " could not be restarted; details are in the system log";
-  bool RestartOne(int id) { return RestartCaptchaTask(id); }
-  void RestartAll() { RestartAllCaptchaTask(); }
-
-  // The restart of all tasks calls this one for each; it alone knows which it has restarted.
-  bool RestartCaptchaTask(int id) override {
-    const bool restarted = CaptchaControl::RestartCaptchaTask(id);
+// Notes which tasks have been restarted: the restart of all tasks calls that of one for each, and
+// that one alone knows.
+struct Restarted {
+  bool Note(int id, bool restarted) {
     if (restarted) {
       ids.push_back(id);
     }
@@ -37,21 +31,26 @@ struct Captcha : control::CaptchaControl {
   std::vector<int> ids;
 };
 
-struct FileHost : control::FileHostingControl {
+// What tells the two restarts apart: their operations, and what a single one that fails means for a
+// task that exists.
+struct Captcha : control::CaptchaControl, Restarted {
+  using CaptchaControl::CaptchaControl;
+  static constexpr char kComplaint[] = " could not be restarted; details are in the system log";
+  bool RestartOne(int id) { return RestartCaptchaTask(id); }
+  void RestartAll() { RestartAllCaptchaTask(); }
+  bool RestartCaptchaTask(int id) override {
+    return Note(id, CaptchaControl::RestartCaptchaTask(id));
+  }
+};
+
+struct FileHost : control::FileHostingControl, Restarted {
   using FileHostingControl::FileHostingControl;
   static constexpr char kComplaint[] = " does not wait for a file host";
   bool RestartOne(int id) { return RestartHostWaitingTask(id); }
   void RestartAll() { RestartAllHostWaitingTask(); }
-
   bool RestartHostWaitingTask(int id) override {
-    const bool restarted = FileHostingControl::RestartHostWaitingTask(id);
-    if (restarted) {
-      ids.push_back(id);
-    }
-    return restarted;
+    return Note(id, FileHostingControl::RestartHostWaitingTask(id));
   }
-
-  std::vector<int> ids;
 };
 
 struct Arguments {
@@ -85,14 +84,12 @@ CLI::App& AddRestart(CLI::App& group, const GlobalOptions& global, const std::st
                      const std::string& waiting) {
   const auto arguments = std::make_shared<Arguments>();
   CLI::App& command =
-      *group.add_subcommand(name, "Put tasks that wait for " + waiting + " back into the queue");
-  CLI::Option* const id = command.add_option("ID", arguments->id, "The task's task_id")
-                              ->type_name("")
-                              ->check(NumberFrom(1));
+      *group.add_subcommand(name, "Put tasks waiting for " + waiting + " back into the queue");
+  CLI::Option& id = *AddKey(command, Tasks(), arguments->id).required(false);
   CLI::Option* const all = command.add_flag(
       "--all", arguments->all,
       "All tasks that wait for " + waiting + "; prints the ids of those restarted");
-  id->excludes(all)->option_text(" ");
+  id.excludes(all);
   command.callback([arguments, &global] {
     if (arguments->all) {
       RestartAll<Restart>(global);
@@ -111,15 +108,14 @@ void AddTaskRestart(CLI::App& group, const GlobalOptions& global) {
   CLI::App& restart = *group.add_subcommand("restart", "Put parked tasks back into the queue");
   restart.require_subcommand(1);
   AddRestart<Captcha>(restart, global, "captcha", "a captcha")
-      .footer(
-          "The task is waiting (status 1) then, and what its plug-in kept in `attributes` is\n"
-          "cleared. A single task is restarted whatever its status: the user's word counts.\n"
-          "\nExample: dorvdlctl task restart captcha 7");
+      .footer(Footer(
+          {"The task is waiting (status 1) then, and what its plug-in kept in `attributes` is "
+           "cleared. A single task is restarted whatever its status.",
+           {"task restart captcha 7"}}));
   AddRestart<FileHost>(restart, global, "host", "a file host")
-      .footer(
-          "The task is waiting (status 1) then. With --all, what the plug-ins kept in\n"
-          "`attributes` is cleared, too; a single task's plug-in goes on with what it kept.\n"
-          "\nExample: dorvdlctl --user alice task restart host --all");
+      .footer(Footer({"The task is waiting (status 1) then. With --all, what the plug-ins kept in "
+                      "`attributes` is cleared, too; what a single task's plug-in kept stays.",
+                      {"--user alice task restart host --all"}}));
 }
 
 }  // namespace dorvdl::ctl

@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "help.h"
 #include "record/commands.h"
 #include "task/commands.h"
 #include "task/kind.h"
@@ -34,9 +35,8 @@ void AddTaskSet(CLI::App& group, const GlobalOptions& global) {
   AddKey(command, Tasks(), arguments->key);
   AddAssignments(command, arguments->assignments);
   AddPasswordFile(command, arguments->password_file);
-  command.footer(
-      "Only the columns named are written. `task show` names them all.\n"
-      "\nExample: dorvdlctl task set 7 status=2 current_size=1048576 'extra_data={\"tries\":1}'");
+  command.footer(Footer({"Only the columns named are written. `task show` names them all.",
+                         {"task set 7 status=2 'extra_data={\"tries\":1}'"}}));
   command.callback([arguments, &global] { Set(*arguments, global); });
 }
 

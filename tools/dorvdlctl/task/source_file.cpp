@@ -1,6 +1,8 @@
 // The commands on the torrent or NZB file that is stored with a task.
 #include <memory>
+#include <string>
 
+#include "help.h"
 #include "outcome.h"
 #include "record/key.h"
 #include "record/rows.h"
@@ -42,6 +44,7 @@ void AddSourceFileCommand(CLI::App& group, const GlobalOptions& global, const ch
   CLI::App& command = *group.add_subcommand(name, description);
   AddKey(command, Tasks(), arguments->id);
   command.add_option("FILE", arguments->path, path_description)->type_name("")->required();
+  command.footer(Footer({"", {std::string("task ") + name + " 7 film.torrent"}}));
   command.callback([arguments, run, &global] { run(*arguments, global); });
 }
 

@@ -1,8 +1,8 @@
-#include "feed/commands.h"
-
 #include <dorvdl/control/option/rss_feed.h>
 #include <dorvdl/db/rss_feed.h>
 
+#include "groups.h"
+#include "help.h"
 #include "outcome.h"
 #include "record/commands.h"
 
@@ -37,18 +37,15 @@ const FeedKind& Feeds() {
     kind.shrinking = "url";
     kind.add_criteria = &AddCriteria;
     kind.complete = &GiveOwner;
-    kind.footers.list = "Example: dorvdlctl --user alice feed list --sort-by title";
-    kind.footers.show = "Example: dorvdlctl feed show 3 --json";
-    kind.footers.add =
-        "Columns: username, title, url, last_update (seconds since 1970), is_updating.\n"
-        "The feed belongs to the user given by --user.\n"
-        "\nExample: dorvdlctl --user alice feed add title=News url=https://example.org/rss";
-    kind.footers.set =
-        "Only the columns named are written: username, title, url, last_update, is_updating.\n"
-        "\nExample: dorvdlctl feed set 3 last_update=1700000000 is_updating=no";
-    kind.footers.remove =
-        "The feeds' items and filters stay: remove them first (`item clear`, `filter remove`).\n"
-        "\nExample: dorvdlctl feed remove 3";
+    kind.notes = {{"last_update", "seconds since 1970"}};
+    kind.help.list = {"", {"--user alice feed list --sort-by title"}};
+    kind.help.show = {"", {"feed show 3 --json"}};
+    kind.help.add = {"Give its owner by --user or by username=, not both.",
+                     {"--user alice feed add title=News url=https://example.org/rss"}};
+    kind.help.set = {"", {"feed set 3 last_update=1700000000 is_updating=no"}};
+    kind.help.remove = {
+        "The feeds' items and filters stay: remove them first (`item clear`, `filter remove`).",
+        {"feed remove 3"}};
     return kind;
   }();
   return feeds;

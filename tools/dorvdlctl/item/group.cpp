@@ -1,8 +1,8 @@
-#include "item/commands.h"
-
 #include <memory>
 #include <string>
 
+#include "groups.h"
+#include "help.h"
 #include "item/import.h"
 #include "item/kind.h"
 #include "record/commands.h"
@@ -27,10 +27,7 @@ CLI::App& AddFeedOperation(CLI::App& group, const GlobalOptions& global, const s
                            const std::string& description, Operation operation) {
   const auto feed_id = std::make_shared<std::int32_t>();
   CLI::App& command = *group.add_subcommand(name, description);
-  command.add_option("FEED", *feed_id, "The feed's id")
-      ->type_name("")
-      ->required()
-      ->check(KeyCheck(*feed_id));
+  AddId(command, "FEED", "The feed's id", *feed_id);
   command.callback([feed_id, operation, &global] {
     Work work(global);
     operation(work, *feed_id);
@@ -46,14 +43,12 @@ void AddItemCommands(CLI::App& app, const GlobalOptions& global) {
   AddItemImport(group, global);
   AddFeedOperation(group, global, "seen", "Mark all items of a feed as seen",
                    [](Work& work, std::int32_t feed_id) { MarkAll(work, feed_id, false); })
-      .footer("Example: dorvdlctl item seen 3");
-  AddFeedOperation(group, global, "unseen", "Mark all items of a feed as new",
+      .footer(Footer({"", {"item seen 3"}}));
+  AddFeedOperation(group, global, "unseen", "Mark all items of a feed as new (not seen)",
                    [](Work& work, std::int32_t feed_id) { MarkAll(work, feed_id, true); })
-      .footer("Example: dorvdlctl item unseen 3");
+      .footer(Footer({"`item list --new` lists them then.", {"item unseen 3"}}));
   AddFeedOperation(group, global, "clear", "Remove all items of a feed", &Clear)
-      .footer(
-          "Without --user the feed itself may be gone.\n"
-          "\nExample: dorvdlctl item clear 3");
+      .footer(Footer({"Without --user the feed itself may be gone.", {"item clear 3"}}));
 }
 
 }  // namespace dorvdl::ctl

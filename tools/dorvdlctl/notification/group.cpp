@@ -1,9 +1,9 @@
-#include "notification/commands.h"
-
 #include <dorvdl/db/notification.h>
 
 #include <memory>
 
+#include "groups.h"
+#include "help.h"
 #include "notification/inbox.h"
 #include "outcome.h"
 #include "record/commands.h"
@@ -21,15 +21,12 @@ const NotificationKind& Notifications() {
     kind.key = "id";
     kind.listed = {"id", "task_id", "type", "create_time"};
     kind.parent = &TaskParent();
-    kind.footers.list = "Example: dorvdlctl notification list --limit 10";
-    kind.footers.show = "Example: dorvdlctl notification show 9 --json";
-    kind.footers.add =
-        "Columns: task_id, type (complete, failed or captcha), create_time (seconds since 1970).\n"
-        "\nExample: dorvdlctl notification add task_id=7 type=complete create_time=1700000000";
-    kind.footers.set =
-        "Only the columns named are written: task_id, type, create_time.\n"
-        "\nExample: dorvdlctl notification set 9 type=failed";
-    kind.footers.remove = "\nExample: dorvdlctl notification remove 9";
+    kind.notes = {{"type", "complete, failed or captcha"}, {"create_time", "seconds since 1970"}};
+    kind.help.list = {"", {"notification list --limit 10"}};
+    kind.help.show = {"", {"notification show 9 --json"}};
+    kind.help.add = {"", {"notification add task_id=7 type=complete"}};
+    kind.help.set = {"", {"notification set 9 type=failed"}};
+    kind.help.remove = {"", {"notification remove 9"}};
     return kind;
   }();
   return notifications;
@@ -49,9 +46,8 @@ void AddClearUntil(CLI::App& group, const GlobalOptions& global) {
   CLI::App& command =
       *group.add_subcommand("clear-until", "Remove all notifications up to and with one");
   AddKey(command, Notifications(), *id);
-  command.footer(
-      "Removes every notification, of all users, whose id is ID or less.\n"
-      "\nExample: dorvdlctl notification clear-until 9");
+  command.footer(Footer({"Removes every notification, of all users, whose id is ID or less.",
+                         {"notification clear-until 9"}}));
   command.callback([id, &global] { ClearUntil(*id, global); });
 }
 
@@ -62,9 +58,8 @@ void AddNotificationCommands(CLI::App& app, const GlobalOptions& global) {
   AddFixedList(group, Notifications(), global, "view",
                "List the notifications as their deliverer reads them",
                [](Work& work) { return work.Use<db::Notification>().ListFromView(); })
-      .footer(
-          "Lists the view notification_view, which a deployment may define for itself.\n"
-          "\nExample: dorvdlctl notification view");
+      .footer(Footer({"Lists the view notification_view, which a deployment may define for itself.",
+                      {"notification view"}}));
   AddClearUntil(group, global);
   AddNotificationInbox(group, global);
 }

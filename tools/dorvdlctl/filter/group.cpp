@@ -1,9 +1,9 @@
-#include "filter/commands.h"
-
 #include <dorvdl/control/option/rss_filter.h>
 #include <dorvdl/db/rss_filter.h>
 
 #include "filter/test.h"
+#include "groups.h"
+#include "help.h"
 #include "record/commands.h"
 
 namespace dorvdl::ctl {
@@ -28,17 +28,14 @@ const FilterKind& Filters() {
     kind.shrinking = "match";
     kind.parent = &FeedParent();
     kind.add_criteria = &AddCriteria;
-    kind.footers.list = "Example: dorvdlctl filter list --feed 3";
-    kind.footers.show = "Example: dorvdlctl filter show 5 --json";
-    kind.footers.add =
-        "Columns: feed_id, name, match, not_match, destination, enable, is_regex. The patterns\n"
-        "are regular expressions when is_regex is set, otherwise LIKE patterns (% and _).\n"
-        "\nExample: dorvdlctl filter add feed_id=3 name=Films match=%1080p% not_match=%cam%";
-    kind.footers.set =
-        "Only the columns named are written: feed_id, name, match, not_match, destination,\n"
-        "enable, is_regex.\n"
-        "\nExample: dorvdlctl filter set 5 enable=no";
-    kind.footers.remove = "\nExample: dorvdlctl filter remove 5 6";
+    kind.help.list = {"", {"filter list --feed 3"}};
+    kind.help.show = {"", {"filter show 5 --json"}};
+    kind.help.add = {
+        "The patterns are regular expressions when is_regex is set, otherwise LIKE patterns (% and "
+        "_).",
+        {"filter add feed_id=3 name=Films match=%1080p% not_match=%cam%"}};
+    kind.help.set = {"", {"filter set 5 enable=no"}};
+    kind.help.remove = {"", {"filter remove 5 6"}};
     return kind;
   }();
   return filters;

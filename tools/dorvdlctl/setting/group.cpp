@@ -1,9 +1,9 @@
-#include "setting/commands.h"
-
 #include <dorvdl/util/to_lower.h>
 
 #include <string>
 
+#include "groups.h"
+#include "help.h"
 #include "outcome.h"
 #include "record/commands.h"
 #include "setting/table.h"
@@ -37,19 +37,13 @@ const SettingKind& Settings() {
                    "enable_watchffolder"};
     kind.shrinking = "watchfolder";
     kind.complete = &CheckOwner;
-    kind.footers.list = "Example: dorvdlctl setting list --sort-by uid";
-    kind.footers.show =
-        "NAME is written as in the table: here case counts.\n"
-        "\nExample: dorvdlctl setting show alice --json";
-    kind.footers.add =
-        "Columns: uid, share_folder, user_disabled, delete_watchtorrent, watchfolder,\n"
-        "enable_watchffolder (spelt like this).\n"
-        "\nExample: dorvdlctl setting add alice uid=1026 share_folder=video";
-    kind.footers.set =
-        "Only the columns named are written: uid, share_folder, user_disabled,\n"
-        "delete_watchtorrent, watchfolder, enable_watchffolder.\n"
-        "\nExample: dorvdlctl setting set alice user_disabled=yes";
-    kind.footers.remove = "\nExample: dorvdlctl setting remove alice";
+    kind.notes = {{"enable_watchffolder", "spelt like this"}};
+    kind.help.list = {"", {"setting list --sort-by uid"}};
+    kind.help.show = {"NAME is written as in the table: here case counts.",
+                      {"setting show alice --json"}};
+    kind.help.add = {"", {"setting add alice uid=1026 share_folder=video"}};
+    kind.help.set = {"", {"setting set alice user_disabled=yes"}};
+    kind.help.remove = {"", {"setting remove alice"}};
     return kind;
   }();
   return settings;

@@ -1,6 +1,6 @@
-#include "task/commands.h"
-
+#include "groups.h"
 #include "record/commands.h"
+#include "task/commands.h"
 #include "task/kind.h"
 
 namespace dorvdl::ctl {

@@ -1,0 +1,60 @@
+#include "help.h"
+
+#include "rendering/text.h"
+
+namespace dorvdl::ctl {
+namespace {
+
+constexpr int kPageWidth = 80;
+constexpr int kNameWidth = 26;
+
+constexpr char kForAllCommands[] =
+    R"(Each command explains itself: dorvdlctl task list --help
+
+The server is found through libpq's environment (PGHOST, PGPORT, PGSERVICE ...);
+the role is Tarnwick, the database download. Data goes to the standard output,
+messages to the standard error, and details of a failure to the system log.
+
+Exit status: 0 done, 1 the operation failed, 2 wrong usage.
+)";
+
+}  // namespace
+
+std::string Footer(const Help& help) {
+  std::string footer = Wrap(help.remark, kPageWidth);
+  footer += footer.empty() ? "" : "\n\n";
+  if (help.examples.size() == 1) {
+    return footer + "Example: dorvdlctl " + help.examples.front();
+  }
+  footer += "Examples:";
+  for (const std::string& example : help.examples) {
+    footer += "\n  dorvdlctl " + example;
+  }
+  return footer;
+}
+
+HelpFormatter::HelpFormatter() {
+  column_width(kNameWidth);
+  label("SUBCOMMAND", "COMMAND");
+}
+
+// The name of the value alone: the usage and the descriptions tell how often it may be given and
+// which options go together.
+std::string HelpFormatter::make_option_opts(const CLI::Option* option) const {
+  const bool has_value = option->get_type_size() != 0 && !option->get_type_name().empty();
+  return has_value ? " " + option->get_type_name() : "";
+}
+
+std::string HelpFormatter::make_option_desc(const CLI::Option* option) const {
+  return Wrap(option->get_description(), kPageWidth - kNameWidth);
+}
+
+std::string HelpFormatter::make_footer(const CLI::App* app) const {
+  if (app->get_parent() == nullptr) {
+    return kForAllCommands;
+  }
+  return app->get_footer() + (app->get_footer().empty() ? "" : "\n\n") +
+         "Every command also takes --user NAME and --json; see dorvdlctl --help.\n";
+}
+
+}  // namespace dorvdl::ctl
