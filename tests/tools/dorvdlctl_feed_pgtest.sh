@@ -12,16 +12,7 @@ some_feeds() {
 
 # listed ARGUMENT...: the ids that `feed list` prints, in order.
 listed() {
-  expect_run 0 feed list --json "$@"
-  json "(SELECT coalesce(string_agg(feed->>'id', ' ' ORDER BY place), '')
-    FROM jsonb_array_elements(doc) WITH ORDINALITY AS list (feed, place))"
-}
-
-test_each_command_explains_itself() {
-  local command
-  for command in list show add set remove; do
-    help_of feed "$command"
-  done
+  listed_keys id feed list "$@"
 }
 
 test_add_makes_a_feed_of_the_acting_user() {

@@ -11,16 +11,7 @@ some_filters() {
 
 # listed ARGUMENT...: the ids that `filter list` prints, in order.
 listed() {
-  expect_run 0 filter list --json "$@"
-  json "(SELECT coalesce(string_agg(filter->>'id', ' ' ORDER BY place), '')
-    FROM jsonb_array_elements(doc) WITH ORDINALITY AS list (filter, place))"
-}
-
-test_each_command_explains_itself() {
-  local command
-  for command in list show add set remove test; do
-    help_of filter "$command"
-  done
+  listed_keys id filter list "$@"
 }
 
 test_a_filter_is_added_shown_changed_and_removed() {

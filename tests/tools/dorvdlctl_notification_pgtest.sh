@@ -11,16 +11,7 @@ some_notifications() {
 
 # listed COMMAND ARGUMENT...: the ids that `notification COMMAND` prints, in order.
 listed() {
-  expect_run 0 notification --json "$@"
-  json "(SELECT coalesce(string_agg(note->>'id', ' ' ORDER BY place), '')
-    FROM jsonb_array_elements(doc) WITH ORDINALITY AS list (note, place))"
-}
-
-test_each_command_explains_itself() {
-  local command
-  for command in list show add set remove view clear-until; do
-    help_of notification "$command"
-  done
+  listed_keys id notification "$@"
 }
 
 test_a_notification_is_added_shown_changed_and_removed() {

@@ -9,16 +9,7 @@ some_settings() {
 
 # listed ARGUMENT...: the names that `setting list` prints, in order.
 listed() {
-  expect_run 0 setting list --json "$@"
-  json "(SELECT coalesce(string_agg(setting->>'username', ' ' ORDER BY place), '')
-    FROM jsonb_array_elements(doc) WITH ORDINALITY AS list (setting, place))"
-}
-
-test_each_command_explains_itself() {
-  local command
-  for command in list show add set remove; do
-    help_of setting "$command"
-  done
+  listed_keys username setting list "$@"
 }
 
 test_settings_are_added_shown_changed_and_removed() {

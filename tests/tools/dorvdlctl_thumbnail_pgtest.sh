@@ -11,16 +11,7 @@ some_thumbnails() {
 
 # listed ARGUMENT...: the ids that `thumbnail list` prints, in order.
 listed() {
-  expect_run 0 thumbnail list --json "$@"
-  json "(SELECT coalesce(string_agg(picture->>'thumbnail_id', ' ' ORDER BY place), '')
-    FROM jsonb_array_elements(doc) WITH ORDINALITY AS list (picture, place))"
-}
-
-test_each_command_explains_itself() {
-  local command
-  for command in list show add set remove files; do
-    help_of thumbnail "$command"
-  done
+  listed_keys thumbnail_id thumbnail list "$@"
 }
 
 test_a_thumbnail_is_added_shown_changed_and_removed() {
