@@ -47,6 +47,11 @@ struct SubjectMaker {
   }
 };
 
+template <typename S>
+std::unique_ptr<Subject> Make() {
+  return std::make_unique<S>();
+}
+
 // To be instantiated with a subject in that subject's program.
 class PlatformContractTest : public testing::TestWithParam<SubjectMaker> {
  protected:

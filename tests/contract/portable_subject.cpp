@@ -38,10 +38,7 @@ class PortableSubject : public Subject {
 };
 
 INSTANTIATE_TEST_SUITE_P(Platform, PlatformContractTest,
-                         testing::Values(SubjectMaker{"portable", [] {
-                                                        return std::unique_ptr<Subject>(
-                                                            new PortableSubject);
-                                                      }}));
+                         testing::Values(SubjectMaker{"portable", &Make<PortableSubject>}));
 
 }  // namespace
 }  // namespace test_support

@@ -44,10 +44,7 @@ class RecordingSubject : public Subject {
 };
 
 INSTANTIATE_TEST_SUITE_P(Platform, PlatformContractTest,
-                         testing::Values(SubjectMaker{"recording", [] {
-                                                        return std::unique_ptr<Subject>(
-                                                            new RecordingSubject);
-                                                      }}));
+                         testing::Values(SubjectMaker{"recording", &Make<RecordingSubject>}));
 
 }  // namespace
 }  // namespace test_support

@@ -17,46 +17,37 @@ namespace dorvdl::util {
 namespace {
 
 using test_support::BecomeIds;
-using test_support::kAuthDebug;
-using test_support::kAuthError;
-using test_support::kAuthInfo;
-using test_support::LogLine;
 using test_support::RefuseIdCall;
 using test_support::Report;
 using test_support::ReportSwitch;
 using test_support::RunInChild;
-using Calls = std::vector<std::string>;
-using Lines = std::vector<LogLine>;
+using test_support::Switch;
+using test_support::SwitchSteps;
 
 constexpr char kHere[] = "elevation_roottest";
+const SwitchSteps kStep(kHere, {0, 1001, 1002}, {0, 2001, 2002});
 
-// The lines that several cases share.
-const LogLine kGroupToRootWarning{kAuthInfo, kHere, "WARNING: setresgid(-1, 0, -1)"};
-const LogLine kUserToRootWarning{kAuthInfo, kHere, "WARNING: setresuid(-1, 0, -1)"};
-const LogLine kGroupToRoot{kAuthDebug, kHere, "setresgid: (0, 2001, 2002) -> (0, 0, 2002)"};
-const LogLine kUserToRoot{kAuthDebug, kHere, "setresuid: (0, 1001, 1002) -> (0, 0, 1002)"};
-const LogLine kUserStaysRoot{kAuthDebug, kHere, "setresuid: (0, 0, 1002) -> (0, 0, 1002)"};
-const LogLine kGroupBack{kAuthDebug, kHere, "setresgid: (0, 0, 2002) -> (0, 2001, 2002)"};
-const LogLine kUserBack{kAuthDebug, kHere, "setresuid: (0, 0, 1002) -> (0, 1001, 1002)"};
-const LogLine kEntered{kAuthInfo, kHere, "ENTERCriticalSection"};
-const LogLine kNotEntered{kAuthError, kHere, "ERROR: ENTERCriticalSection"};
-const LogLine kLeft{kAuthInfo, kHere, "LEAVECriticalSection"};
-const LogLine kNotLeft{kAuthError, kHere, "ERROR: LEAVECriticalSection"};
-
-// A line about a call that RefuseIdCall(n, EAGAIN) refused.
-LogLine Refused(const std::string& call) {
-  return {kAuthError, kHere, "ERROR: " + call + " [Resource temporarily unavailable]"};
-}
+// The calls that are refused.
+constexpr char kGroupToRoot[] = "setresgid(-1, 0, -1)";
+constexpr char kUserToRoot[] = "setresuid(-1, 0, -1)";
+constexpr char kGroupBack[] = "setresgid(-1, 2001, -1)";
+constexpr char kUserBack[] = "setresuid(-1, 1001, -1)";
 
 struct Case {
   const char* name;
   uid_t uid;  // effective ids at first
   gid_t gid;
   int refused;  // which call of the step under test is refused; 0: none
-  Calls calls;
-  Lines lines;
-  int error;
-  const char* ids;  // afterwards
+  Switch made;
+  uid_t uid_after;
+  gid_t gid_after;
+
+  // The report of the step under test.
+  std::string Expected() const {
+    return Report(made, refused == 0 ? 0 : EPERM,
+                  "uids 0 " + std::to_string(uid_after) + " 1002, gids 0 " +
+                      std::to_string(gid_after) + " 2002");
+  }
 };
 
 std::string CaseName(const testing::TestParamInfo<Case>& info) { return info.param.name; }
@@ -74,73 +65,28 @@ TEST_P(EnterTest, SwitchesGroupThenUserAndLogsEachStep) {
     EXPECT_EQ(dorvdl_saved_ids.gid, test.gid);
     return ReportSwitch(error);
   });
-  EXPECT_EQ(report, Report(test.calls, test.lines, test.error, test.ids));
+  EXPECT_EQ(report, test.Expected());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Elevation, EnterTest,
-    testing::Values(
-        Case{"AlreadyRoot", 0, 0, 0, {}, {kEntered}, 0, "uids 0 0 1002, gids 0 0 2002"},
+const Switch kGroupRefused = kStep.Refused(kGroupToRoot) + kStep.not_entered;
+const Switch kUserRefused = kStep.Refused(kUserToRoot) + kStep.not_entered;
 
-        Case{"ForeignGroup",
-             0,
-             2001,
-             0,
-             {"setresgid(-1, 0, -1)"},
-             {kGroupToRootWarning, kGroupToRoot, kEntered},
-             0,
-             "uids 0 0 1002, gids 0 0 2002"},
-        Case{"ForeignGroup_GroupRefused",
-             0,
-             2001,
-             1,
-             {"setresgid(-1, 0, -1)"},
-             {Refused("setresgid(-1, 0, -1)"), kNotEntered},
-             EPERM,
-             "uids 0 0 1002, gids 0 2001 2002"},
+const Case kEnterCases[] = {
+    {"AlreadyRoot", 0, 0, 0, kStep.entered, 0, 0},
 
-        Case{"ForeignUser",
-             1001,
-             0,
-             0,
-             {"setresuid(-1, 0, -1)"},
-             {kUserToRootWarning, kUserToRoot, kEntered},
-             0,
-             "uids 0 0 1002, gids 0 0 2002"},
-        Case{"ForeignUser_UserRefused",
-             1001,
-             0,
-             1,
-             {"setresuid(-1, 0, -1)"},
-             {Refused("setresuid(-1, 0, -1)"), kNotEntered},
-             EPERM,
-             "uids 0 1001 1002, gids 0 0 2002"},
+    {"ForeignGroup", 0, 2001, 0, kStep.group_to_root + kStep.entered, 0, 0},
+    {"ForeignGroup_GroupRefused", 0, 2001, 1, kGroupRefused, 0, 2001},
 
-        Case{"ForeignUserAndGroup",
-             1001,
-             2001,
-             0,
-             {"setresgid(-1, 0, -1)", "setresuid(-1, 0, -1)"},
-             {kGroupToRootWarning, kGroupToRoot, kUserToRootWarning, kUserToRoot, kEntered},
-             0,
-             "uids 0 0 1002, gids 0 0 2002"},
-        Case{"ForeignUserAndGroup_GroupRefusedLeavesTheUserAlone",
-             1001,
-             2001,
-             1,
-             {"setresgid(-1, 0, -1)"},
-             {Refused("setresgid(-1, 0, -1)"), kNotEntered},
-             EPERM,
-             "uids 0 1001 1002, gids 0 2001 2002"},
-        Case{"ForeignUserAndGroup_UserRefused",
-             1001,
-             2001,
-             2,
-             {"setresgid(-1, 0, -1)", "setresuid(-1, 0, -1)"},
-             {kGroupToRootWarning, kGroupToRoot, Refused("setresuid(-1, 0, -1)"), kNotEntered},
-             EPERM,
-             "uids 0 1001 1002, gids 0 0 2002"}),
-    CaseName);
+    {"ForeignUser", 1001, 0, 0, kStep.user_to_root + kStep.entered, 0, 0},
+    {"ForeignUser_UserRefused", 1001, 0, 1, kUserRefused, 1001, 0},
+
+    {"ForeignUserAndGroup", 1001, 2001, 0, kStep.to_root, 0, 0},
+    {"ForeignUserAndGroup_GroupRefusedLeavesTheUserAlone", 1001, 2001, 1, kGroupRefused, 1001,
+     2001},
+    {"ForeignUserAndGroup_UserRefused", 1001, 2001, 2, kStep.group_to_root + kUserRefused, 1001, 0},
+};
+
+INSTANTIATE_TEST_SUITE_P(Elevation, EnterTest, testing::ValuesIn(kEnterCases), CaseName);
 
 class LeaveTest : public testing::TestWithParam<Case> {};
 
@@ -155,90 +101,32 @@ TEST_P(LeaveTest, RegainsRootThenRestoresGroupAndUser) {
     LEAVECriticalSection;
     return ReportSwitch(errno);
   });
-  EXPECT_EQ(report, Report(test.calls, test.lines, test.error, test.ids));
+  EXPECT_EQ(report, test.Expected());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Elevation, LeaveTest,
-    testing::Values(
-        Case{"AlreadyRoot", 0, 0, 0, {}, {kLeft}, 0, "uids 0 0 1002, gids 0 0 2002"},
+const Switch kRegained = kStep.user_stays_root;
+const Switch kRegainingRefused = kStep.Refused(kUserToRoot) + kStep.not_left;
+const Switch kGroupBackRefused = kStep.Refused(kGroupBack) + kStep.not_left;
+const Switch kUserBackRefused = kStep.Refused(kUserBack) + kStep.not_left;
 
-        Case{"ForeignGroup",
-             0,
-             2001,
-             0,
-             {"setresgid(-1, 2001, -1)"},
-             {kGroupBack, kLeft},
-             0,
-             "uids 0 0 1002, gids 0 2001 2002"},
-        Case{"ForeignGroup_GroupRefused",
-             0,
-             2001,
-             1,
-             {"setresgid(-1, 2001, -1)"},
-             {Refused("setresgid(-1, 2001, -1)"), kNotLeft},
-             EPERM,
-             "uids 0 0 1002, gids 0 0 2002"},
+const Case kLeaveCases[] = {
+    {"AlreadyRoot", 0, 0, 0, kStep.left, 0, 0},
 
-        Case{"ForeignUser",
-             1001,
-             0,
-             0,
-             {"setresuid(-1, 0, -1)", "setresuid(-1, 1001, -1)"},
-             {kUserToRootWarning, kUserStaysRoot, kUserBack, kLeft},
-             0,
-             "uids 0 1001 1002, gids 0 0 2002"},
-        Case{"ForeignUser_RegainingRefused",
-             1001,
-             0,
-             1,
-             {"setresuid(-1, 0, -1)"},
-             {Refused("setresuid(-1, 0, -1)"), kNotLeft},
-             EPERM,
-             "uids 0 0 1002, gids 0 0 2002"},
-        Case{"ForeignUser_UserRefused",
-             1001,
-             0,
-             2,
-             {"setresuid(-1, 0, -1)", "setresuid(-1, 1001, -1)"},
-             {kUserToRootWarning, kUserStaysRoot, Refused("setresuid(-1, 1001, -1)"), kNotLeft},
-             EPERM,
-             "uids 0 0 1002, gids 0 0 2002"},
+    {"ForeignGroup", 0, 2001, 0, kStep.group_back + kStep.left, 0, 2001},
+    {"ForeignGroup_GroupRefused", 0, 2001, 1, kGroupBackRefused, 0, 0},
 
-        Case{"ForeignUserAndGroup",
-             1001,
-             2001,
-             0,
-             {"setresuid(-1, 0, -1)", "setresgid(-1, 2001, -1)", "setresuid(-1, 1001, -1)"},
-             {kUserToRootWarning, kUserStaysRoot, kGroupBack, kUserBack, kLeft},
-             0,
-             "uids 0 1001 1002, gids 0 2001 2002"},
-        Case{"ForeignUserAndGroup_RegainingRefused",
-             1001,
-             2001,
-             1,
-             {"setresuid(-1, 0, -1)"},
-             {Refused("setresuid(-1, 0, -1)"), kNotLeft},
-             EPERM,
-             "uids 0 0 1002, gids 0 0 2002"},
-        Case{"ForeignUserAndGroup_GroupRefused",
-             1001,
-             2001,
-             2,
-             {"setresuid(-1, 0, -1)", "setresgid(-1, 2001, -1)"},
-             {kUserToRootWarning, kUserStaysRoot, Refused("setresgid(-1, 2001, -1)"), kNotLeft},
-             EPERM,
-             "uids 0 0 1002, gids 0 0 2002"},
-        Case{"ForeignUserAndGroup_UserRefused",
-             1001,
-             2001,
-             3,
-             {"setresuid(-1, 0, -1)", "setresgid(-1, 2001, -1)", "setresuid(-1, 1001, -1)"},
-             {kUserToRootWarning, kUserStaysRoot, kGroupBack, Refused("setresuid(-1, 1001, -1)"),
-              kNotLeft},
-             EPERM,
-             "uids 0 0 1002, gids 0 2001 2002"}),
-    CaseName);
+    {"ForeignUser", 1001, 0, 0, kRegained + kStep.user_back + kStep.left, 1001, 0},
+    {"ForeignUser_RegainingRefused", 1001, 0, 1, kRegainingRefused, 0, 0},
+    {"ForeignUser_UserRefused", 1001, 0, 2, kRegained + kUserBackRefused, 0, 0},
+
+    {"ForeignUserAndGroup", 1001, 2001, 0, kStep.back, 1001, 2001},
+    {"ForeignUserAndGroup_RegainingRefused", 1001, 2001, 1, kRegainingRefused, 0, 0},
+    {"ForeignUserAndGroup_GroupRefused", 1001, 2001, 2, kRegained + kGroupBackRefused, 0, 0},
+    {"ForeignUserAndGroup_UserRefused", 1001, 2001, 3,
+     kRegained + kStep.group_back + kUserBackRefused, 0, 2001},
+};
+
+INSTANTIATE_TEST_SUITE_P(Elevation, LeaveTest, testing::ValuesIn(kLeaveCases), CaseName);
 
 TEST(LeaveTest, WarnsOfEveryIdThatItSetsToRoot) {
   const std::string report = RunInChild([] {
@@ -246,10 +134,9 @@ TEST(LeaveTest, WarnsOfEveryIdThatItSetsToRoot) {
     LeaveCriticalSection({0, 0}, DORVDL_SOURCE, __LINE__);
     return ReportSwitch(errno);
   });
-  EXPECT_EQ(report, Report({"setresuid(-1, 0, -1)", "setresgid(-1, 0, -1)", "setresuid(-1, 0, -1)"},
-                           {kUserToRootWarning, kUserToRoot, kGroupToRootWarning, kGroupToRoot,
-                            kUserToRootWarning, kUserStaysRoot, kLeft},
-                           0, "uids 0 0 1002, gids 0 0 2002"));
+  EXPECT_EQ(report,
+            Report(kStep.user_to_root + kStep.group_to_root + kStep.user_stays_root + kStep.left, 0,
+                   "uids 0 0 1002, gids 0 0 2002"));
 }
 
 TEST(LeaveTest, AfterARefusedGroupThereIsNothingToRestore) {
@@ -261,7 +148,7 @@ TEST(LeaveTest, AfterARefusedGroupThereIsNothingToRestore) {
     LEAVECriticalSection;
     return ReportSwitch(errno);
   });
-  EXPECT_EQ(report, Report({}, {kLeft}, 0, "uids 0 1001 1002, gids 0 2001 2002"));
+  EXPECT_EQ(report, Report(kStep.left, 0, "uids 0 1001 1002, gids 0 2001 2002"));
 }
 
 TEST(LeaveTest, AfterARefusedUserTheGroupIsRestoredWithoutRegainingRoot) {
@@ -274,8 +161,7 @@ TEST(LeaveTest, AfterARefusedUserTheGroupIsRestoredWithoutRegainingRoot) {
     return ReportSwitch(errno);
   });
   EXPECT_EQ(report,
-            Report({"setresgid(-1, 2001, -1)"},
-                   {{kAuthDebug, kHere, "setresgid: (0, 0, 2001) -> (0, 2001, 2001)"}, kLeft}, 0,
+            Report(SwitchSteps(kHere, {0, 1001, 1002}, {0, 2001, 2001}).group_back + kStep.left, 0,
                    "uids 0 1001 1002, gids 0 2001 2001"));
 }
 
@@ -298,12 +184,9 @@ TEST(CriticalSectionTest, WithoutPrivilegesTheKernelRefusesTheGroup) {
     LEAVECriticalSection;
     return ReportSwitch(error);
   });
-  EXPECT_EQ(report,
-            Report({"setresgid(-1, 0, -1)"},
-                   {{kAuthError, kHere, "ERROR: setresgid(-1, 0, -1) [Operation not permitted]"},
-                    kNotEntered,
-                    kLeft},
-                   EPERM, "uids 1001 1001 1001, gids 2001 2001 2001"));
+  EXPECT_EQ(report, Report(kStep.Refused(kGroupToRoot, "Operation not permitted") +
+                               kStep.not_entered + kStep.left,
+                           EPERM, "uids 1001 1001 1001, gids 2001 2001 2001"));
 }
 
 TEST(CriticalSectionTest, WithoutPrivilegesTheKernelRefusesToLeaveForAnotherUser) {
@@ -312,11 +195,8 @@ TEST(CriticalSectionTest, WithoutPrivilegesTheKernelRefusesToLeaveForAnotherUser
     LeaveCriticalSection({1002, 2002}, DORVDL_SOURCE, __LINE__);
     return ReportSwitch(errno);
   });
-  EXPECT_EQ(report,
-            Report({"setresuid(-1, 0, -1)"},
-                   {{kAuthError, kHere, "ERROR: setresuid(-1, 0, -1) [Operation not permitted]"},
-                    kNotLeft},
-                   EPERM, "uids 1001 1001 1001, gids 2001 2001 2001"));
+  EXPECT_EQ(report, Report(kStep.Refused(kUserToRoot, "Operation not permitted") + kStep.not_left,
+                           EPERM, "uids 1001 1001 1001, gids 2001 2001 2001"));
 }
 
 TEST(CriticalSectionTest, LogLinesCarryTheLineOfTheStatementOrTheOneGiven) {
@@ -331,7 +211,7 @@ TEST(CriticalSectionTest, LogLinesCarryTheLineOfTheStatementOrTheOneGiven) {
         (std::vector<int>{line + 1, line + 1, line + 1, line + 2, line + 2, line + 2, line + 2}));
 
     LeaveCriticalSection(EnterCriticalSection("file", 7), "file", 7);
-    for (const LogLine& logged : test_support::TakeLog()) {
+    for (const auto& logged : test_support::TakeLog()) {
       EXPECT_EQ(logged.source, "file");
     }
     EXPECT_EQ(test_support::TakenLineNumbers(), std::vector<int>(7, 7));

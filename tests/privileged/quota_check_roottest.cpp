@@ -5,40 +5,24 @@
 
 #include <cerrno>
 #include <string>
+#include <vector>
 
 #include "support/child.h"
 #include "support/identity.h"
 #include "support/recording_platform.h"
+#include "support/switch_report.h"
 #include "support/syslog_capture.h"
 
 namespace test_support {
 namespace {
 
-using Lines = std::vector<LogLine>;
-
-LogLine Line(int priority, const std::string& text) { return {priority, "file", text}; }
-
-const LogLine kEntered = Line(kAuthInfo, "ENTERCriticalSection");
-const LogLine kLeft = Line(kAuthInfo, "LEAVECriticalSection");
-
-// What the switch does from the effective ids 1001 and 2001.
-const Lines kSwitch = {
-    Line(kAuthInfo, "WARNING: setresgid(-1, 0, -1)"),
-    Line(kAuthDebug, "setresgid: (0, 2001, 2002) -> (0, 0, 2002)"),
-    Line(kAuthInfo, "WARNING: setresuid(-1, 0, -1)"),
-    Line(kAuthDebug, "setresuid: (0, 1001, 1002) -> (0, 0, 1002)"),
-    kEntered,
-    Line(kAuthInfo, "WARNING: setresuid(-1, 0, -1)"),
-    Line(kAuthDebug, "setresuid: (0, 0, 1002) -> (0, 0, 1002)"),
-    Line(kAuthDebug, "setresgid: (0, 0, 2002) -> (0, 2001, 2002)"),
-    Line(kAuthDebug, "setresuid: (0, 0, 1002) -> (0, 1001, 1002)"),
-    kLeft,
-};
+const SwitchSteps kStep("file", {0, 1001, 1002}, {0, 2001, 2002});
+const Switch kThereAndBack = kStep.to_root + kStep.back;
 
 // Runs the check as someone who is not root but may become it. Returns the result, errno, and the
 // ids while the service was asked and afterwards, if it was asked.
-std::string Check(int refused_call, int is_admin, int is_enough, Lines expected) {
-  return RunInChild([=] {
+std::string Check(int refused_call, int is_admin, int is_enough, const Switch& expected) {
+  return RunInChild([=, &expected] {
     RecordingPlatform platform;
     platform.is_admin = is_admin;
     platform.quota_is_enough = is_enough;
@@ -54,7 +38,8 @@ std::string Check(int refused_call, int is_admin, int is_enough, Lines expected)
     errno = 0;
     const int result = DORVDLQuotaCheck(1026, "/volume1", 5);
     const int error = errno;
-    EXPECT_EQ(TakeLog(), expected);
+    EXPECT_EQ(TakeIdCalls(), expected.calls);
+    EXPECT_EQ(TakeLog(), expected.lines);
     for (const int line : TakenLineNumbers()) {
       EXPECT_EQ(line, TakenLineNumbers().front()) << "both steps log one line number";
     }
@@ -64,10 +49,10 @@ std::string Check(int refused_call, int is_admin, int is_enough, Lines expected)
 }
 
 TEST(QuotaCheckTest, TheServiceIsAskedAsRootAndTheIdsAreBackAfterwards) {
-  EXPECT_EQ(Check(0, 0, 1, kSwitch),
+  EXPECT_EQ(Check(0, 0, 1, kThereAndBack),
             "0, errno 0, asked as uids 0 0 1002, gids 0 0 2002, "
             "then uids 0 1001 1002, gids 0 2001 2002");
-  EXPECT_EQ(Check(0, 0, 0, kSwitch),
+  EXPECT_EQ(Check(0, 0, 0, kThereAndBack),
             "-1, errno 0, asked as uids 0 0 1002, gids 0 0 2002, "
             "then uids 0 1001 1002, gids 0 2001 2002");
 }
@@ -78,23 +63,15 @@ TEST(QuotaCheckTest, AnAdministratorsAnswerComesBeforeAnySwitch) {
 }
 
 TEST(QuotaCheckTest, TheServiceIsAskedAlsoWhenTheSwitchIsRefused) {
-  const Lines refused = {
-      Line(kAuthError, "ERROR: setresgid(-1, 0, -1) [Resource temporarily unavailable]"),
-      Line(kAuthError, "ERROR: ENTERCriticalSection"),
-      kLeft,
-  };
-  EXPECT_EQ(Check(1, 0, 1, refused),
+  EXPECT_EQ(Check(1, 0, 1, kStep.Refused("setresgid(-1, 0, -1)") + kStep.not_entered + kStep.left),
             "0, errno 0, asked as uids 0 1001 1002, gids 0 2001 2002, "
             "then uids 0 1001 1002, gids 0 2001 2002");
 }
 
 TEST(QuotaCheckTest, ARefusedWayBackDoesNotChangeTheAnswer) {
-  Lines lines(kSwitch.begin(), kSwitch.begin() + 7);
-  lines.push_back(Line(kAuthError,
-                       "ERROR: setresgid(-1, 2001, -1) "
-                       "[Resource temporarily unavailable]"));
-  lines.push_back(Line(kAuthError, "ERROR: LEAVECriticalSection"));
-  EXPECT_EQ(Check(4, 0, 1, lines),
+  const Switch made = kStep.to_root + kStep.user_stays_root +
+                      kStep.Refused("setresgid(-1, 2001, -1)") + kStep.not_left;
+  EXPECT_EQ(Check(4, 0, 1, made),
             "0, errno 1, asked as uids 0 0 1002, gids 0 0 2002, "
             "then uids 0 0 1002, gids 0 0 2002");
 }
@@ -105,7 +82,7 @@ TEST(QuotaCheckTest, RootIsNotSwitched) {
               BecomeIds({0, 0, 0}, {0, 0, 0});
               const int result = DORVDLQuotaCheck(1026, "/volume1", 5);
               EXPECT_EQ(TakeIdCalls(), std::vector<std::string>{});
-              EXPECT_EQ(TakeLog(), (Lines{kEntered, kLeft}));
+              EXPECT_EQ(TakeLog(), (kStep.entered + kStep.left).lines);
               return std::to_string(result);
             }),
             "0");

@@ -44,24 +44,37 @@ static_assert(!std::is_copy_constructible_v<RunAsGuard> && !std::is_copy_assigna
 static_assert(std::is_constructible_v<bool, const RunAsGuard&> &&
               !std::is_convertible_v<const RunAsGuard&, bool>);
 
-struct Case {
-  const char* name;
-  uid_t uid;  // effective ids at first
-  gid_t gid;
-  int refused;  // which call of the step under test is refused; 0: none
-  Calls calls;
-  Lines lines;
-  const char* ids;  // afterwards
-};
-
-std::string CaseName(const testing::TestParamInfo<Case>& info) { return info.param.name; }
-
 const LogLine kNotRoot{kAuthError, kHere, "ERROR: IF_RUN_AS(0, 0)"};
 
 // A line of a guard that could not restore these ids.
 LogLine NotRestored(const std::string& ids) {
   return {kAuthCritical, kHere, "ERROR: ~IF_RUN_AS(" + ids + ")"};
 }
+
+// The calls of a guard for root, from the ids 1001 and 2001 and back.
+constexpr char kUser[] = "setresuid(-1, 0, -1)";
+constexpr char kGroup[] = "setresgid(-1, 0, -1)";
+constexpr char kUserBack[] = "setresuid(-1, 1001, -1)";
+constexpr char kGroupBack[] = "setresgid(-1, 2001, -1)";
+
+struct Case {
+  const char* name;
+  uid_t uid;  // effective ids at first
+  gid_t gid;
+  int refused;  // which call of the step under test is refused; 0: none
+  Calls calls;
+  uid_t uid_after;
+  gid_t gid_after;
+
+  // The report of the step under test, which logs a refusal only.
+  std::string Expected(const LogLine& refusal) const {
+    return Report({calls, refused == 0 ? Lines{} : Lines{refusal}}, 0,
+                  "uids 0 " + std::to_string(uid_after) + " 1002, gids 0 " +
+                      std::to_string(gid_after) + " 2002");
+  }
+};
+
+std::string CaseName(const testing::TestParamInfo<Case>& info) { return info.param.name; }
 
 class RunAsRootTest : public testing::TestWithParam<Case> {};
 
@@ -80,79 +93,26 @@ TEST_P(RunAsRootTest, MakesTheCallsAndLogsARefusalOnly) {
     EXPECT_EQ(static_cast<bool>(guard), guard.success);
     return ReportSwitch(0);
   });
-  EXPECT_EQ(report, Report(test.calls, test.lines, 0, test.ids));
+  EXPECT_EQ(report, test.Expected(kNotRoot));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Elevation, RunAsRootTest,
-    testing::Values(Case{"AlreadyRoot", 0, 0, 0, {}, {}, "uids 0 0 1002, gids 0 0 2002"},
+const Case kRunAsRootCases[] = {
+    {"AlreadyRoot", 0, 0, 0, {}, 0, 0},
 
-                    Case{"ForeignGroup",
-                         0,
-                         2001,
-                         0,
-                         {"setresgid(-1, 0, -1)"},
-                         {},
-                         "uids 0 0 1002, gids 0 0 2002"},
-                    Case{"ForeignGroup_GroupRefused",
-                         0,
-                         2001,
-                         1,
-                         {"setresgid(-1, 0, -1)"},
-                         {kNotRoot},
-                         "uids 0 0 1002, gids 0 2001 2002"},
+    {"ForeignGroup", 0, 2001, 0, {kGroup}, 0, 0},
+    {"ForeignGroup_GroupRefused", 0, 2001, 1, {kGroup}, 0, 2001},
 
-                    Case{"ForeignUser",
-                         1001,
-                         0,
-                         0,
-                         {"setresuid(-1, 0, -1)", "setresuid(-1, 0, -1)"},
-                         {},
-                         "uids 0 0 1002, gids 0 0 2002"},
-                    Case{"ForeignUser_RegainingRefused",
-                         1001,
-                         0,
-                         1,
-                         {"setresuid(-1, 0, -1)"},
-                         {kNotRoot},
-                         "uids 0 1001 1002, gids 0 0 2002"},
-                    Case{"ForeignUser_UserRefused",
-                         1001,
-                         0,
-                         2,
-                         {"setresuid(-1, 0, -1)", "setresuid(-1, 0, -1)"},
-                         {kNotRoot},
-                         "uids 0 0 1002, gids 0 0 2002"},
+    {"ForeignUser", 1001, 0, 0, {kUser, kUser}, 0, 0},
+    {"ForeignUser_RegainingRefused", 1001, 0, 1, {kUser}, 1001, 0},
+    {"ForeignUser_UserRefused", 1001, 0, 2, {kUser, kUser}, 0, 0},
 
-                    Case{"ForeignUserAndGroup",
-                         1001,
-                         2001,
-                         0,
-                         {"setresuid(-1, 0, -1)", "setresgid(-1, 0, -1)", "setresuid(-1, 0, -1)"},
-                         {},
-                         "uids 0 0 1002, gids 0 0 2002"},
-                    Case{"ForeignUserAndGroup_RegainingRefused",
-                         1001,
-                         2001,
-                         1,
-                         {"setresuid(-1, 0, -1)"},
-                         {kNotRoot},
-                         "uids 0 1001 1002, gids 0 2001 2002"},
-                    Case{"ForeignUserAndGroup_GroupRefused",
-                         1001,
-                         2001,
-                         2,
-                         {"setresuid(-1, 0, -1)", "setresgid(-1, 0, -1)"},
-                         {kNotRoot},
-                         "uids 0 0 1002, gids 0 2001 2002"},
-                    Case{"ForeignUserAndGroup_UserRefused",
-                         1001,
-                         2001,
-                         3,
-                         {"setresuid(-1, 0, -1)", "setresgid(-1, 0, -1)", "setresuid(-1, 0, -1)"},
-                         {kNotRoot},
-                         "uids 0 0 1002, gids 0 0 2002"}),
-    CaseName);
+    {"ForeignUserAndGroup", 1001, 2001, 0, {kUser, kGroup, kUser}, 0, 0},
+    {"ForeignUserAndGroup_RegainingRefused", 1001, 2001, 1, {kUser}, 1001, 2001},
+    {"ForeignUserAndGroup_GroupRefused", 1001, 2001, 2, {kUser, kGroup}, 0, 2001},
+    {"ForeignUserAndGroup_UserRefused", 1001, 2001, 3, {kUser, kGroup, kUser}, 0, 0},
+};
+
+INSTANTIATE_TEST_SUITE_P(Elevation, RunAsRootTest, testing::ValuesIn(kRunAsRootCases), CaseName);
 
 class EndRunAsRootTest : public testing::TestWithParam<Case> {};
 
@@ -168,65 +128,26 @@ TEST_P(EndRunAsRootTest, RestoresWhatChangedAndLogsARefusalOnly) {
     }
     return ReportSwitch(0);
   });
-  EXPECT_EQ(report, Report(test.calls, test.lines, 0, test.ids));
+  EXPECT_EQ(report,
+            test.Expected(NotRestored(std::to_string(test.uid) + ", " + std::to_string(test.gid))));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Elevation, EndRunAsRootTest,
-    testing::Values(Case{"AlreadyRoot", 0, 0, 0, {}, {}, "uids 0 0 1002, gids 0 0 2002"},
+const Case kEndRunAsRootCases[] = {
+    {"AlreadyRoot", 0, 0, 0, {}, 0, 0},
 
-                    Case{"ForeignGroup",
-                         0,
-                         2001,
-                         0,
-                         {"setresgid(-1, 2001, -1)"},
-                         {},
-                         "uids 0 0 1002, gids 0 2001 2002"},
-                    Case{"ForeignGroup_GroupRefused",
-                         0,
-                         2001,
-                         1,
-                         {"setresgid(-1, 2001, -1)"},
-                         {NotRestored("0, 2001")},
-                         "uids 0 0 1002, gids 0 0 2002"},
+    {"ForeignGroup", 0, 2001, 0, {kGroupBack}, 0, 2001},
+    {"ForeignGroup_GroupRefused", 0, 2001, 1, {kGroupBack}, 0, 0},
 
-                    Case{"ForeignUser",
-                         1001,
-                         0,
-                         0,
-                         {"setresuid(-1, 1001, -1)"},
-                         {},
-                         "uids 0 1001 1002, gids 0 0 2002"},
-                    Case{"ForeignUser_UserRefused",
-                         1001,
-                         0,
-                         1,
-                         {"setresuid(-1, 1001, -1)"},
-                         {NotRestored("1001, 0")},
-                         "uids 0 0 1002, gids 0 0 2002"},
+    {"ForeignUser", 1001, 0, 0, {kUserBack}, 1001, 0},
+    {"ForeignUser_UserRefused", 1001, 0, 1, {kUserBack}, 0, 0},
 
-                    Case{"ForeignUserAndGroup",
-                         1001,
-                         2001,
-                         0,
-                         {"setresgid(-1, 2001, -1)", "setresuid(-1, 1001, -1)"},
-                         {},
-                         "uids 0 1001 1002, gids 0 2001 2002"},
-                    Case{"ForeignUserAndGroup_GroupRefused",
-                         1001,
-                         2001,
-                         1,
-                         {"setresgid(-1, 2001, -1)"},
-                         {NotRestored("1001, 2001")},
-                         "uids 0 0 1002, gids 0 0 2002"},
-                    Case{"ForeignUserAndGroup_UserRefused",
-                         1001,
-                         2001,
-                         2,
-                         {"setresgid(-1, 2001, -1)", "setresuid(-1, 1001, -1)"},
-                         {NotRestored("1001, 2001")},
-                         "uids 0 0 1002, gids 0 2001 2002"}),
-    CaseName);
+    {"ForeignUserAndGroup", 1001, 2001, 0, {kGroupBack, kUserBack}, 1001, 2001},
+    {"ForeignUserAndGroup_GroupRefused", 1001, 2001, 1, {kGroupBack}, 0, 0},
+    {"ForeignUserAndGroup_UserRefused", 1001, 2001, 2, {kGroupBack, kUserBack}, 0, 2001},
+};
+
+INSTANTIATE_TEST_SUITE_P(Elevation, EndRunAsRootTest, testing::ValuesIn(kEndRunAsRootCases),
+                         CaseName);
 
 // Goes to 1003 and 2003 and back: on both ways the process has to regain root in between.
 std::string EndRunAsAnotherUser(int refused) {
@@ -251,14 +172,13 @@ TEST(RunAsGuardTest, MakesNoCallForTheIdsThatAreInEffect) {
     }
     return ReportSwitch(0);
   });
-  EXPECT_EQ(report, Report({}, {}, 0, "uids 0 1001 1002, gids 0 2001 2002"));
+  EXPECT_EQ(report, Report({{}, {}}, 0, "uids 0 1001 1002, gids 0 2001 2002"));
 }
 
 TEST(RunAsGuardTest, RegainsRootToRestoreAnotherUser) {
   EXPECT_EQ(EndRunAsAnotherUser(0),
-            Report({"setresuid(-1, 0, -1)", "setresgid(-1, 2001, -1)", "setresuid(-1, 1001, -1)"},
-                   {}, 0, "uids 0 1001 1002, gids 0 2001 2002"));
-  EXPECT_EQ(EndRunAsAnotherUser(1), Report({"setresuid(-1, 0, -1)"}, {NotRestored("1001, 2001")}, 0,
+            Report({{kUser, kGroupBack, kUserBack}, {}}, 0, "uids 0 1001 1002, gids 0 2001 2002"));
+  EXPECT_EQ(EndRunAsAnotherUser(1), Report({{kUser}, {NotRestored("1001, 2001")}}, 0,
                                            "uids 0 1003 1002, gids 0 2003 2002"));
 }
 
@@ -290,10 +210,10 @@ TEST(RunAsGuardTest, ASavedIdOfAllOnesIsNotRestored) {
     });
   };
   EXPECT_EQ(end_with(kAllOnes, {}),
-            Report({"setresgid(-1, 2001, -1)"}, {}, 0, "uids 0 0 1002, gids 0 2001 2002"));
+            Report({{kGroupBack}, {}}, 0, "uids 0 0 1002, gids 0 2001 2002"));
   EXPECT_EQ(end_with({}, kAllOnes),
-            Report({"setresuid(-1, 1001, -1)"}, {}, 0, "uids 0 1001 1002, gids 0 0 2002"));
-  EXPECT_EQ(end_with(kAllOnes, kAllOnes), Report({}, {}, 0, "uids 0 0 1002, gids 0 0 2002"));
+            Report({{kUserBack}, {}}, 0, "uids 0 1001 1002, gids 0 0 2002"));
+  EXPECT_EQ(end_with(kAllOnes, kAllOnes), Report({{}, {}}, 0, "uids 0 0 1002, gids 0 0 2002"));
 }
 
 TEST(RunAsGuardTest, WithoutPrivilegesTheKernelRefuses) {
@@ -305,8 +225,7 @@ TEST(RunAsGuardTest, WithoutPrivilegesTheKernelRefuses) {
     }
     return ReportSwitch(0);
   });
-  EXPECT_EQ(report, Report({"setresuid(-1, 0, -1)"}, {kNotRoot}, 0,
-                           "uids 1001 1001 1001, gids 2001 2001 2001"));
+  EXPECT_EQ(report, Report({{kUser}, {kNotRoot}}, 0, "uids 1001 1001 1001, gids 2001 2001 2001"));
 }
 
 TEST(RunAsGuardTest, WhenPrivilegesAreGivenUpInsideTheKernelRefusesToRestore) {
@@ -318,7 +237,7 @@ TEST(RunAsGuardTest, WhenPrivilegesAreGivenUpInsideTheKernelRefusesToRestore) {
     }
     return ReportSwitch(0);
   });
-  EXPECT_EQ(report, Report({"setresuid(-1, 0, -1)"}, {NotRestored("0, 0")}, 0,
+  EXPECT_EQ(report, Report({{kUser}, {NotRestored("0, 0")}}, 0,
                            "uids 1001 1001 1001, gids 2001 2001 2001"));
 }
 

@@ -40,8 +40,11 @@ ssize_t ReadLink(const char* path, char* to, std::size_t size) {
   return static_cast<ssize_t>(current->target.copy(to, size));
 }
 
-bool FormattingFails(const char* format) {
-  return current != nullptr && current->formatting_fails && std::strcmp(format, "%s") == 0;
+int Format(char* to, std::size_t size, const char* format, va_list arguments) {
+  if (current != nullptr && current->formatting_fails && std::strcmp(format, "%s") == 0) {
+    return -1;
+  }
+  return std::vsnprintf(to, size, format, arguments);
 }
 
 }  // namespace
@@ -89,22 +92,16 @@ EXPORTED int statfs64(const char* path, struct statfs64* info) noexcept {
 }
 
 EXPORTED int snprintf(char* to, std::size_t size, const char* format, ...) {
-  if (test_support::FormattingFails(format)) {
-    return -1;
-  }
   va_list arguments;
   va_start(arguments, format);
-  const int length = vsnprintf(to, size, format, arguments);
+  const int length = test_support::Format(to, size, format, arguments);
   va_end(arguments);
   return length;
 }
 EXPORTED int __snprintf_chk(char* to, std::size_t size, int, std::size_t, const char* format, ...) {
-  if (test_support::FormattingFails(format)) {
-    return -1;
-  }
   va_list arguments;
   va_start(arguments, format);
-  const int length = vsnprintf(to, size, format, arguments);
+  const int length = test_support::Format(to, size, format, arguments);
   va_end(arguments);
   return length;
 }

@@ -29,77 +29,60 @@ using test_support::TakeLog;
 using Lines = std::vector<LogLine>;
 using Rows = std::vector<std::string>;
 
-// A control with its table: the key, a text column and a number column, and whether its rows belong
-// to users.
-struct Tasks {
-  using Interface = interface::TaskInterface;
-  using Control = TaskControl;
-  using Record = record::Task;
+// A control with its interface and record; whether its rows belong to users.
+template <typename InterfaceType, typename ControlType, typename RecordType, bool is_owned>
+struct Kind {
+  using Interface = InterfaceType;
+  using Control = ControlType;
+  using Record = RecordType;
+  static constexpr bool kIsOwned = is_owned;
+};
+
+// Each kind's table with its key, a text column and a number column.
+struct Tasks : Kind<interface::TaskInterface, TaskControl, record::Task, true> {
   static constexpr const char* kTable = "download_queue";
   static constexpr const char* kKey = "task_id";
   static constexpr const char* kText = "filename";
   static constexpr const char* kNumber = "status";
-  static constexpr bool kIsOwned = true;
 };
-struct RssFeeds {
-  using Interface = interface::RssFeedInterface;
-  using Control = RssFeedControl;
-  using Record = record::RssFeed;
+struct RssFeeds : Kind<interface::RssFeedInterface, RssFeedControl, record::RssFeed, true> {
   static constexpr const char* kTable = "rss_feed";
   static constexpr const char* kKey = "id";
   static constexpr const char* kText = "title";
   static constexpr const char* kNumber = "last_update";
-  static constexpr bool kIsOwned = true;
 };
-struct RssFilters {
-  using Interface = interface::RssFilterInterface;
-  using Control = RssFilterControl;
-  using Record = record::RssFilter;
+struct RssFilters
+    : Kind<interface::RssFilterInterface, RssFilterControl, record::RssFilter, false> {
   static constexpr const char* kTable = "rss_filter";
   static constexpr const char* kKey = "id";
   static constexpr const char* kText = "name";
   static constexpr const char* kNumber = "feed_id";
-  static constexpr bool kIsOwned = false;
 };
-struct RssItems {
-  using Interface = interface::RssItemInterface;
-  using Control = RssItemControl;
-  using Record = record::RssItem;
+struct RssItems : Kind<interface::RssItemInterface, RssItemControl, record::RssItem, false> {
   static constexpr const char* kTable = "rss_item";
   static constexpr const char* kKey = "id";
   static constexpr const char* kText = "title";
   static constexpr const char* kNumber = "feed_id";
-  static constexpr bool kIsOwned = false;
 };
-struct Thumbnails {
-  using Interface = interface::ThumbnailInterface;
-  using Control = ThumbnailControl;
-  using Record = record::Thumbnail;
+struct Thumbnails
+    : Kind<interface::ThumbnailInterface, ThumbnailControl, record::Thumbnail, false> {
   static constexpr const char* kTable = "thumbnail";
   static constexpr const char* kKey = "thumbnail_id";
   static constexpr const char* kText = "thumbnail_filename";
   static constexpr const char* kNumber = "task_id";
-  static constexpr bool kIsOwned = false;
 };
-struct Plugins {
-  using Interface = interface::PluginInterface;
-  using Control = PluginControl;
-  using Record = record::Plugin;
+struct Plugins : Kind<interface::PluginInterface, PluginControl, record::Plugin, false> {
   static constexpr const char* kTable = "task_plugin";
   static constexpr const char* kKey = "task_id";
   static constexpr const char* kText = "current_plugin";
   static constexpr const char* kNumber = "current_status";
-  static constexpr bool kIsOwned = false;
 };
-struct Notifications {
-  using Interface = interface::NotificationInterface;
-  using Control = NotificationControl;
-  using Record = record::Notification;
+struct Notifications
+    : Kind<interface::NotificationInterface, NotificationControl, record::Notification, false> {
   static constexpr const char* kTable = "notification";
   static constexpr const char* kKey = "id";
   static constexpr const char* kText = "type";
   static constexpr const char* kNumber = "task_id";
-  static constexpr bool kIsOwned = false;
 };
 
 // Where the interfaces differ: a task may bring a file, and what a list takes.
@@ -116,10 +99,10 @@ auto List(Interface& records) {
 auto List(interface::NotificationInterface& notifications) { return notifications.List(); }
 std::vector<record::Plugin> List(interface::PluginInterface& plugins) { return {plugins.Get(1)}; }
 
-template <typename Kind>
+template <typename Tested>
 class EntityControlTest : public test_support::DatabaseTest {
  protected:
-  using Record = typename Kind::Record;
+  using Record = typename Tested::Record;
 
   // A record with these columns.
   static Record Make(int key, const std::string& text, const std::string& user = "") {
@@ -127,7 +110,7 @@ class EntityControlTest : public test_support::DatabaseTest {
     if (key != 0) {
       record.set_primary_key(key);
     }
-    Set(record, Kind::kText, text);
+    Set(record, Tested::kText, text);
     if (!user.empty()) {
       Set(record, "username", user);
     }
@@ -137,14 +120,15 @@ class EntityControlTest : public test_support::DatabaseTest {
   static std::string TextOf(const Record& record) {
     const auto& message = record.proto();
     return message.GetReflection()->GetString(
-        message, message.GetDescriptor()->FindFieldByName(Kind::kText));
+        message, message.GetDescriptor()->FindFieldByName(Tested::kText));
   }
 
   // Puts a row under each key into the table, with its number as its text.
   void Insert(const std::vector<int>& keys, const std::string& user = "alice") {
-    const std::string insert = "INSERT INTO " + Table() + " (" + Kind::kKey + ", " + Kind::kText +
-                               (Kind::kIsOwned ? ", username" : "") + ") SELECT n, n";
-    const std::string owner = Kind::kIsOwned ? ", '" + user + "'" : "";
+    const std::string insert = "INSERT INTO " + Table() + " (" + Tested::kKey + ", " +
+                               Tested::kText + (Tested::kIsOwned ? ", username" : "") +
+                               ") SELECT n, n";
+    const std::string owner = Tested::kIsOwned ? ", '" + user + "'" : "";
     for (const int key : keys) {
       raw_.Run(insert + owner + " FROM (VALUES (" + std::to_string(key) + ")) v (n)");
     }
@@ -152,15 +136,15 @@ class EntityControlTest : public test_support::DatabaseTest {
 
   // Each row's key and text.
   Rows Stored() {
-    return raw_.Run(std::string("SELECT ") + Kind::kKey + ", " + Kind::kText + " FROM " + Table() +
-                    " ORDER BY 1");
+    return raw_.Run(std::string("SELECT ") + Tested::kKey + ", " + Tested::kText + " FROM " +
+                    Table() + " ORDER BY 1");
   }
 
-  static std::string Table() { return Kind::kTable; }
+  static std::string Table() { return Tested::kTable; }
 
   Controller controller_;
-  typename Kind::Control control_{controller_};
-  typename Kind::Interface& records_ = control_;
+  typename Tested::Control control_{controller_};
+  typename Tested::Interface& records_ = control_;
 
  private:
   static void Set(Record& record, const char* field, const std::string& text) {

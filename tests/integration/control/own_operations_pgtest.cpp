@@ -10,14 +10,18 @@
 #include <soci/soci.h>
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 #include "support/database.h"
+#include "support/keys_of.h"
 #include "support/syslog_capture.h"
 
 namespace dorvdl::control {
 namespace {
 
 using test_support::kError;
+using test_support::KeysOf;
 using test_support::LogLine;
 using test_support::TakeLog;
 using Ids = std::vector<int>;
@@ -26,15 +30,6 @@ using Rows = std::vector<std::string>;
 template <typename Control>
 class OwnOperationsTest : public test_support::DatabaseTest {
  protected:
-  template <typename Record>
-  static Ids KeysOf(const std::vector<Record>& records) {
-    Ids keys;
-    for (const Record& record : records) {
-      keys.push_back(record.primary_key());
-    }
-    return keys;
-  }
-
   Controller controller_;
   Control control_{controller_};
 };

@@ -2,9 +2,12 @@
 #ifndef TESTS_INTEGRATION_CONTROL_RESTART_TEST_H_
 #define TESTS_INTEGRATION_CONTROL_RESTART_TEST_H_
 
+#include <dorvdl/control/captcha_control.h>
 #include <dorvdl/control/controller.h>
+#include <dorvdl/control/file_hosting_control.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,6 +19,50 @@ namespace dorvdl::control {
 using Ids = std::vector<int>;
 using Lines = std::vector<test_support::LogLine>;
 using Rows = std::vector<std::string>;
+
+// What a program's own control does in place of restarting a task.
+struct Override {
+  bool operator()(int task_id) {
+    seen.push_back(task_id);
+    return instead(task_id);
+  }
+
+  Ids seen;
+  std::function<bool(int)> instead = [](int) { return false; };
+};
+
+// Each restart: the status of its tasks, its control with the two operations, and a program's own
+// control that overrides the first.
+struct Captcha {
+  static constexpr int kStatus = 15;
+  using Control = CaptchaControl;
+  static bool One(interface::CaptchaInterface& captchas, int task_id) {
+    return captchas.RestartCaptchaTask(task_id);
+  }
+  static bool All(interface::CaptchaInterface& captchas) {
+    return captchas.RestartAllCaptchaTask();
+  }
+  struct Overridden : CaptchaControl {
+    using CaptchaControl::CaptchaControl;
+    bool RestartCaptchaTask(int task_id) override { return restart(task_id); }
+    Override restart;
+  };
+};
+struct FileHosting {
+  static constexpr int kStatus = 9;
+  using Control = FileHostingControl;
+  static bool One(interface::FileHostingInterface& hosts, int task_id) {
+    return hosts.RestartHostWaitingTask(task_id);
+  }
+  static bool All(interface::FileHostingInterface& hosts) {
+    return hosts.RestartAllHostWaitingTask();
+  }
+  struct Overridden : FileHostingControl {
+    using FileHostingControl::FileHostingControl;
+    bool RestartHostWaitingTask(int task_id) override { return restart(task_id); }
+    Override restart;
+  };
+};
 
 // A control with tasks, whose plug-ins have attributes.
 template <typename Control>

@@ -9,7 +9,6 @@
 #include "support/child.h"
 #include "support/database.h"
 #include "support/identity.h"
-#include "support/switch_report.h"
 #include "support/syslog_capture.h"
 #include "support/temporary_folder.h"
 
@@ -18,6 +17,8 @@ namespace {
 
 using test_support::BecomeIds;
 using test_support::CurrentIds;
+using test_support::kAuthCritical;
+using test_support::kAuthError;
 using test_support::kError;
 using test_support::LogLine;
 using test_support::RefuseIdCall;
@@ -106,7 +107,8 @@ TEST_F(LargeObjectElevationTest, ARefusedSwitchStopsTheImport) {
       RefuseIdCall(static_cast<int>(refused), EAGAIN);
       EXPECT_EQ(Table().LoImport(folder_.Path("private")), 0U);
       EXPECT_EQ(TakeIdCalls(), made[refused - 1]) << refused;
-      EXPECT_EQ(TakeLog(), (Lines{{35, "db/operator", "ERROR: IF_RUN_AS(0, 0)"}, kNotSwitched}));
+      EXPECT_EQ(TakeLog(),
+                (Lines{{kAuthError, "db/operator", "ERROR: IF_RUN_AS(0, 0)"}, kNotSwitched}));
       EXPECT_EQ(CurrentIds(), kIds);
     });
   }
@@ -117,7 +119,7 @@ TEST_F(LargeObjectElevationTest, AFailedRestoreIsLoggedAndTheImportStands) {
   RunAsUser([this] {
     RefuseIdCall(4, EAGAIN);
     EXPECT_NE(Table().LoImport(folder_.Path("private")), 0U);
-    EXPECT_EQ(TakeLog(), (Lines{{34, "db/operator", "ERROR: ~IF_RUN_AS(1000, 1000)"}}));
+    EXPECT_EQ(TakeLog(), (Lines{{kAuthCritical, "db/operator", "ERROR: ~IF_RUN_AS(1000, 1000)"}}));
   });
   EXPECT_EQ(StoredObjects(), "1");
 }

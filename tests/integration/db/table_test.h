@@ -9,10 +9,12 @@
 
 #include "support/connection.h"
 #include "support/database.h"
+#include "support/keys_of.h"
 #include "support/syslog_capture.h"
 
 namespace dorvdl::db {
 
+using test_support::KeysOf;
 using Ids = std::vector<int>;
 using Lines = std::vector<test_support::LogLine>;
 using Rows = std::vector<std::string>;
@@ -41,16 +43,6 @@ class TableTest : public test_support::DatabaseTest {
     return {
         test_support::kError, "dbquery/query",
         "Failed to execute statement: [08006] the connection to the server is lost: " + statement};
-  }
-
-  // The keys of records, in their order.
-  template <typename Record>
-  static Ids KeysOf(const std::vector<Record>& records) {
-    Ids keys;
-    for (const Record& record : records) {
-      keys.push_back(record.primary_key());
-    }
-    return keys;
   }
 
   control::Controller controller_;

@@ -6,7 +6,8 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <typeinfo>
+#include <string>
+#include <vector>
 
 #include "support/child.h"
 #include "support/database.h"
@@ -20,40 +21,16 @@ namespace {
 
 using test_support::BecomeIds;
 using test_support::CurrentIds;
-using test_support::kAuthDebug;
-using test_support::kAuthError;
-using test_support::kAuthInfo;
-using test_support::LogLine;
 using test_support::RefuseIdCall;
 using test_support::Report;
 using test_support::ReportSwitch;
 using test_support::RunInChild;
+using test_support::Switch;
 using Calls = std::vector<std::string>;
-using Lines = std::vector<LogLine>;
 
-constexpr char kHere[] = "db/session";
-
-const LogLine kGroupToRootWarning{kAuthInfo, kHere, "WARNING: setresgid(-1, 0, -1)"};
-const LogLine kUserToRootWarning{kAuthInfo, kHere, "WARNING: setresuid(-1, 0, -1)"};
-const LogLine kEntered{kAuthInfo, kHere, "ENTERCriticalSection"};
-const LogLine kNotEntered{kAuthError, kHere, "ERROR: ENTERCriticalSection"};
-const LogLine kLeft{kAuthInfo, kHere, "LEAVECriticalSection"};
-const LogLine kGroupRefused{kAuthError, kHere,
-                            "ERROR: setresgid(-1, 0, -1) [Resource temporarily unavailable]"};
-
-// All that a process with the effective ids 1000 does and logs on its way to root and back.
-const Calls kSwitches{"setresgid(-1, 0, -1)", "setresuid(-1, 0, -1)", "setresuid(-1, 0, -1)",
-                      "setresgid(-1, 1000, -1)", "setresuid(-1, 1000, -1)"};
-const Lines kSwitchLines{kGroupToRootWarning,
-                         {kAuthDebug, kHere, "setresgid: (0, 1000, 2000) -> (0, 0, 2000)"},
-                         kUserToRootWarning,
-                         {kAuthDebug, kHere, "setresuid: (0, 1000, 2000) -> (0, 0, 2000)"},
-                         kEntered,
-                         kUserToRootWarning,
-                         {kAuthDebug, kHere, "setresuid: (0, 0, 2000) -> (0, 0, 2000)"},
-                         {kAuthDebug, kHere, "setresgid: (0, 0, 2000) -> (0, 1000, 2000)"},
-                         {kAuthDebug, kHere, "setresuid: (0, 0, 2000) -> (0, 1000, 2000)"},
-                         kLeft};
+const test_support::SwitchSteps kStep("db/session", {0, 1000, 2000}, {0, 1000, 2000});
+const Switch kThereAndBack = kStep.to_root + kStep.back;
+const Switch kGroupRefused = kStep.Refused("setresgid(-1, 0, -1)") + kStep.not_entered + kStep.left;
 constexpr char kIds[] = "uids 0 1000 2000, gids 0 1000 2000";
 
 class DBSessionTest : public test_support::DatabaseTest {
@@ -96,7 +73,7 @@ TEST_F(DBSessionTest, ItOpensAsRootAndGivesTheIdsBack) {
     EXPECT_EQ(who, "Tarnwick download");
     return switched;
   });
-  EXPECT_EQ(report, Report(kSwitches, kSwitchLines, 0, kIds));
+  EXPECT_EQ(report, Report(kThereAndBack, 0, kIds));
 }
 
 TEST_F(DBSessionTest, RootSwitchesNothing) {
@@ -105,7 +82,7 @@ TEST_F(DBSessionTest, RootSwitchesNothing) {
     ExpectOneCredentialsCall();
     return ReportSwitch(errno);
   });
-  EXPECT_EQ(report, Report({}, {kEntered, kLeft}, 0, "uids 0 0 0, gids 0 0 0"));
+  EXPECT_EQ(report, Report(kStep.entered + kStep.left, 0, "uids 0 0 0, gids 0 0 0"));
 }
 
 TEST_F(DBSessionTest, TheResultOfTheCredentialsCallDoesNotMatter) {
@@ -122,12 +99,9 @@ TEST_F(DBSessionTest, AProcessThatCannotBecomeRootIsRefusedByTheServer) {
     EXPECT_EQ(ids_at_call_, "uids 1000 1000 1000, gids 1000 1000 1000");
     return ReportSwitch(0);
   });
-  EXPECT_EQ(report,
-            Report({"setresgid(-1, 0, -1)"},
-                   {{kAuthError, kHere, "ERROR: setresgid(-1, 0, -1) [Operation not permitted]"},
-                    kNotEntered,
-                    kLeft},
-                   0, "uids 1000 1000 1000, gids 1000 1000 1000"));
+  EXPECT_EQ(report, Report(kStep.Refused("setresgid(-1, 0, -1)", "Operation not permitted") +
+                               kStep.not_entered + kStep.left,
+                           0, "uids 1000 1000 1000, gids 1000 1000 1000"));
 }
 
 TEST_F(DBSessionTest, ARefusedSwitchIsLoggedAndTheConnectionTriedAsItIs) {
@@ -138,7 +112,7 @@ TEST_F(DBSessionTest, ARefusedSwitchIsLoggedAndTheConnectionTriedAsItIs) {
     ExpectOneCredentialsCall();
     return ReportSwitch(0);
   });
-  EXPECT_EQ(report, Report({"setresgid(-1, 0, -1)"}, {kGroupRefused, kNotEntered, kLeft}, 0, kIds));
+  EXPECT_EQ(report, Report(kGroupRefused, 0, kIds));
 }
 
 TEST_F(DBSessionTest, ARefusedGroupDoesNotKeepAUserThatIsRootFromConnecting) {
@@ -150,8 +124,7 @@ TEST_F(DBSessionTest, ARefusedGroupDoesNotKeepAUserThatIsRootFromConnecting) {
     ExpectOneCredentialsCall();
     return ReportSwitch(errno);
   });
-  EXPECT_EQ(report, Report({"setresgid(-1, 0, -1)"}, {kGroupRefused, kNotEntered, kLeft}, 0,
-                           "uids 0 0 0, gids 0 1000 2000"));
+  EXPECT_EQ(report, Report(kGroupRefused, 0, "uids 0 0 0, gids 0 1000 2000"));
 }
 
 TEST_F(DBSessionTest, WhenTheConnectionFailsTheIdsAreBackBeforeTheException) {
@@ -166,7 +139,7 @@ TEST_F(DBSessionTest, WhenTheConnectionFailsTheIdsAreBackBeforeTheException) {
     }
     return switched;
   });
-  EXPECT_EQ(report, Report(kSwitches, kSwitchLines, 0, kIds));
+  EXPECT_EQ(report, Report(kThereAndBack, 0, kIds));
 }
 
 TEST_F(DBSessionTest, AFailedRestoreIsLoggedAndTheSessionIsUsable) {
@@ -178,15 +151,9 @@ TEST_F(DBSessionTest, AFailedRestoreIsLoggedAndTheSessionIsUsable) {
     EXPECT_TRUE(session.session().Good());
     return ReportSwitch(error);
   });
-  EXPECT_EQ(
-      report,
-      Report({"setresuid(-1, 0, -1)", "setresuid(-1, 0, -1)"},
-             {kUserToRootWarning,
-              {kAuthDebug, kHere, "setresuid: (0, 1000, 2000) -> (0, 0, 2000)"},
-              kEntered,
-              {kAuthError, kHere, "ERROR: setresuid(-1, 0, -1) [Resource temporarily unavailable]"},
-              {kAuthError, kHere, "ERROR: LEAVECriticalSection"}},
-             EPERM, "uids 0 0 2000, gids 0 0 0"));
+  EXPECT_EQ(report, Report(kStep.user_to_root + kStep.entered +
+                               kStep.Refused("setresuid(-1, 0, -1)") + kStep.not_left,
+                           EPERM, "uids 0 0 2000, gids 0 0 0"));
 }
 
 TEST_F(DBSessionTest, TheLinesNameTheSourceLines) {
