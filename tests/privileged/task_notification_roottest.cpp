@@ -29,18 +29,12 @@ constexpr int kTime = 86400;
 class TaskNotificationTest : public testing::Test {
  protected:
   static void SetUpTestSuite() {
-    test_support::EnterMountNamespace();
-    for (const char* const folder : {"/usr", "/var/lib", "/var/spool"}) {
-      test_support::MakeExtendable(folder);
-    }
-    test_support::ReplaceFile("/etc/passwd",
-                              "root:x:0:0::/root:/bin/sh\nalice:x:2001:2001::/:/bin/sh\n");
+    test_support::EnterPlatformNamespace();
     fs::create_directories(kPackage);
     fs::create_directory_symlink(DORVDL_TEST_SOURCE_DIR "/platform/texts",
                                  std::string(kPackage) + "/texts");
     fs::create_directories("/var/lib/tarnwick/users");
     fs::create_directories("/var/spool/tarnwick");
-    setenv("LC_ALL", "C", 1);
     setenv("TZ", "UTC", 1);
   }
 

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
@@ -75,6 +76,18 @@ void ReplaceFile(const std::string& file, const std::string& content) {
   umount2(file.c_str(), MNT_DETACH);  // nothing can be mounted on an earlier replacement
   Mount(name, file, MS_BIND);
   fs::remove(name);
+}
+
+void EnterPlatformNamespace() {
+  EnterMountNamespace();
+  for (const char* const folder : {"/usr", "/var/lib", "/var/spool"}) {
+    MakeExtendable(folder);
+  }
+  ReplaceFile("/etc/passwd",
+              "root:x:0:0::/root:/bin/sh\n"
+              "alice:x:2001:2001::/:/bin/sh\n"
+              "bob:x:2002:2002::/:/bin/sh\n");
+  setenv("LC_ALL", "C", 1);
 }
 
 }  // namespace test_support

@@ -28,6 +28,11 @@ void MakeReadOnly(const std::string& folder);
 // Shows an existing file of the machine such as /etc/passwd with another content.
 void ReplaceFile(const std::string& file, const std::string& content);
 
+// The namespace of a process that uses the platform's folders: enters one in which /usr, /var/lib
+// and /var/spool can be extended and the users are root, alice (2001) and bob (2002), and chooses
+// the language "C".
+void EnterPlatformNamespace();
+
 }  // namespace test_support
 
 #endif  // TESTS_SUPPORT_MOUNT_NAMESPACE_H_

@@ -1,6 +1,7 @@
 // Items of feeds: every criterion, and the two statements about all items of a feed.
 #include <dorvdl/db/rss_item.h>
 #include <gtest/gtest.h>
+#include <soci/soci.h>
 
 #include "integration/db/table_test.h"
 #include "support/sql_matchers.h"
@@ -138,6 +139,19 @@ TEST_F(RssItemTest, AnInvalidRegularExpressionGivesAnEmptyListAndIsLogged) {
                                "\"rss_item\" WHERE title ~ $1"},
                               kListFailed}));
   EXPECT_EQ(Items().Count(With(&ListOption::title_not_regex, "[")), -1);
+  EXPECT_EQ(Listed({}).size(), 1U) << "the session goes on";
+}
+
+TEST_F(RssItemTest, APatternThatBacktracksBadlyIsEndedByTheServersTimeout) {
+  Insert("title", "repeat('a', 301)");
+  *Session().session().handle() << "SET statement_timeout = 200";
+  EXPECT_TRUE(Items()
+                  .List(With(&ListOption::title_regex, "^(a*)(a*)(a*)(a*)(a*)\\1\\2\\3\\4\\5$"))
+                  .empty());
+  EXPECT_EQ(TakeLog(), (Lines{{kError, "dbquery/query",
+                               "Failed to execute statement: [57014] canceling statement due to "
+                               "statement timeout: SELECT * FROM \"rss_item\" WHERE title ~ $1"},
+                              kListFailed}));
   EXPECT_EQ(Listed({}).size(), 1U) << "the session goes on";
 }
 

@@ -1,7 +1,6 @@
 // Reading rows into targets, and what happens when a row cannot be read.
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <stdexcept>
 #include <typeinfo>
 

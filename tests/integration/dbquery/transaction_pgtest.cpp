@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <type_traits>
 
 #include "integration/dbquery/query_test.h"

@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
-#include <fstream>
 #include <string>
 
 #include "hash_map.h"

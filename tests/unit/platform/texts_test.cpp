@@ -1,7 +1,7 @@
 // The texts that come with the package.
 #include <dorv/cgi.h>
 #include <dorvdl/record/task_status.h>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <set>
