@@ -7,8 +7,8 @@
 namespace dorvdl::control {
 
 bool CaptchaControl::RestartCaptchaTask(int task_id) {
-  // Unlike a file host's wait, which ends by itself, a captcha is restarted on a user's word: then
-  // the task starts again whatever has become of it, so its status is not asked for.
+  // The task's status is not asked for, which differs from the restart after a file host's wait on
+  // purpose: keep it so.
   return TaskControl(controller_).Get(task_id).IsValid() && SetToWaiting(controller_, task_id) &&
          ClearPluginAttributes(controller_, task_id);
 }

@@ -14,8 +14,8 @@ bool FileHostingControl::RestartHostWaitingTask(int task_id) {
 
 bool FileHostingControl::RestartAllHostWaitingTask() {
   for (const int task_id : TasksInStatus(controller_, record::kStatusFileHostingWaiting)) {
-    // Here and not in the restart of one task: who restarts a single one may want its plug-in to go
-    // on with what it kept.
+    // Here and not in the restart of one task, which leaves the plug-in's row alone on purpose: keep
+    // it so.
     if (RestartHostWaitingTask(task_id)) {
       ClearPluginAttributes(controller_, task_id);
     }

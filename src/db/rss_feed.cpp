@@ -45,8 +45,8 @@ std::vector<int> RssFeed::ListId(const ListOption& option) {
   std::vector<int> ids;
   dorvdbquery::SelectQuery query(GetSession(), GetTableName());
   ApplyPaging(option.common, query);
-  // Neither the criteria nor the order of the option: the callers page through all of a user's
-  // feeds with the option of the list that they show.
+  // Neither the criteria nor the order of the option, which differs from List() and Count() on
+  // purpose: keep it so.
   query.Where(GetUserCondition());
   if (!ReadDistinct(query, GetPrimaryKeyName(), ids)) {
     DORVDL_LOG(LOG_ERR, "Failed to execute list operation");

@@ -22,7 +22,7 @@ namespace dorvdl::record {
 namespace {
 
 // The log knows the task record as one source, whichever of its files a line comes from.
-constexpr char kLogSource[] = "record/task";
+#define LOG_TASK_ERROR(...) DORVDL_LOG_AS("record/task", LOG_ERR, __VA_ARGS__)
 
 constexpr char kApplication[] = "Tarnwick";
 constexpr char kTextFolder[] = "/usr/dorv/dorvman/webman/3rdparty/Tarnwick";
@@ -40,14 +40,14 @@ std::string ShownType(const Task& task) {
     std::transform(type.begin(), type.end(), type.begin(),
                    [&locale](char letter) { return std::toupper(letter, locale); });
   } catch (const std::exception& error) {  // the locale cannot tell
-    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to convert to upper case [%s]", error.what());
+    LOG_TASK_ERROR("Failed to convert to upper case [%s]", error.what());
   }
   return type;
 }
 
 // ShownType() for the events that mean to leave an unknown type out. They compare after the
-// conversion, so that the word never matches and goes out in capitals: the templates of these
-// events were written for that, so the order has to stay.
+// conversion, so the word does not match: an unknown type goes out in capitals, and that is what
+// templates get, so the order has to stay.
 std::string ShownTypeUnlessUnknown(const Task& task) {
   std::string type = ShownType(task);
   if (type == "unknown") {
@@ -79,73 +79,58 @@ std::string StatusMessage(const std::string& user, int status) {
   // Harmless for a zeroed context, so it may also follow a failure before the first call.
   const std::unique_ptr<DorvCgiContext, decltype(&DorvCgiFree)> release(&context, &DorvCgiFree);
   if (!SetEnvironmentUser(user)) {
-    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to setenv [%m]");
+    LOG_TASK_ERROR("Failed to setenv [%m]");
     return "";
   }
   if (DorvCgiInit(kTextFolder, &context) == 0) {
-    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to do init dorvcgi");
+    LOG_TASK_ERROR("Failed to do init dorvcgi");
     return "";
   }
   if (!HasStatusName(status)) {
-    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to get section and key [%d]", status);
+    LOG_TASK_ERROR("Failed to get section and key [%d]", status);
   }
   const StatusName name = GetStatusName(status);
   if (DorvCgiLoadText(&context, name.section, 0) == 0) {
-    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to load text");
+    LOG_TASK_ERROR("Failed to load text");
     return "";
   }
   return DorvCgiGetText(&context, name.key, "");
 }
 
-// The map of one notification.
-class PlaceholderMap {
- public:
-  explicit PlaceholderMap(int size) : hash_(VLIBCSzHashAlloc(size)) {}
+// Adds the pairs to the map in their order, up to the first that is refused, as is a value of which
+// the platform would see only the part before a NUL. Each may move the map, or lose it.
+bool Fill(VLIBSZHASH*& hash, std::initializer_list<Placeholder> placeholders) {
+  return std::all_of(
+      placeholders.begin(), placeholders.end(), [&hash](const Placeholder& placeholder) {
+        return !util::HasNul(placeholder.value) &&
+               VLIBCSzHashSetValue(&hash, placeholder.key, placeholder.value.c_str()) != -1;
+      });
+}
 
-  // Releases a map that could not be made, which is harmless, and never one that was made. On
-  // purpose: such a map has always been left to the platform, which may still hold what it was
-  // given.
-  ~PlaceholderMap() {
-    if (hash_ == nullptr) {
-      VLIBCSzHashFree(hash_);
-    }
-  }
-
-  PlaceholderMap(const PlaceholderMap&) = delete;
-  PlaceholderMap& operator=(const PlaceholderMap&) = delete;
-
-  // Null when the map could not be made. Valid until the next Set(), which may move the map.
-  VLIBSZHASH* hash() const { return hash_; }
-
-  // False also for a value of which the platform would see only the part before a NUL.
-  bool Set(const Placeholder& placeholder) {
-    return !util::HasNul(placeholder.value) &&
-           VLIBCSzHashSetValue(&hash_, placeholder.key, placeholder.value.c_str()) != -1;
-  }
-
- private:
-  VLIBSZHASH* hash_;
-};
-
-// Sends @p event with these placeholders, set in this order.
+// Sends @p event with these placeholders.
 bool Send(const char* event, const std::string& user,
           std::initializer_list<Placeholder> placeholders) {
-  std::size_t size = 1;
+  std::size_t bytes = 1;
   for (const Placeholder& placeholder : placeholders) {
-    size += placeholder.value.size();
+    bytes += placeholder.value.size();
   }
-  PlaceholderMap map(static_cast<int>(size));
-  if (map.hash() == nullptr) {
-    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to do VLIBCSzHashAlloc(%d)", static_cast<int>(size));
-    return false;
+  const int size = static_cast<int>(bytes);
+  VLIBSZHASH* hash = VLIBCSzHashAlloc(size);
+  bool sent = false;
+  if (hash == nullptr) {
+    LOG_TASK_ERROR("Failed to do VLIBCSzHashAlloc(%d)", size);
+  } else if (!Fill(hash, placeholders)) {
+    LOG_TASK_ERROR("Failed to set hash value");
+  } else {
+    sent = SendNotification(event, user, hash);
   }
-  for (const Placeholder& placeholder : placeholders) {
-    if (!map.Set(placeholder)) {
-      DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to set hash value");
-      return false;
-    }
+  // On purpose the wrong way round: only a null handle is ever passed, for which the call does
+  // nothing, and a map that was made is left alone, as it always has been. To release it would be a
+  // change that platforms have not seen.
+  if (hash == nullptr) {
+    VLIBCSzHashFree(hash);
   }
-  return SendNotification(event, user, map.hash());
+  return sent;
 }
 
 }  // namespace
@@ -154,15 +139,14 @@ bool SendNotification(const std::string& event, const std::string& user, VLIBSZH
   constexpr int kNameSize = 493;  // bytes; the longest real name of the platform
   char real_name[kNameSize] = {};
   if (util::HasNul(user) || VLIBUserRealNameGet(user.c_str(), real_name, kNameSize) != 0) {
-    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to get real name for %s", user.c_str());
+    LOG_TASK_ERROR("Failed to get real name for %s", user.c_str());
     return false;
   }
   const int error = util::HasNul(event)
                         ? EINVAL
                         : DORVSendPersonalNotifiction(event.c_str(), real_name, kApplication, hash);
   if (error != 0) {
-    DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to send notification event for user [%s], ret=%d",
-                  real_name, error);
+    LOG_TASK_ERROR("Failed to send notification event for user [%s], ret=%d", real_name, error);
     return false;
   }
   return true;

@@ -146,8 +146,11 @@ VLIBSZHASH* VLIBCSzHashAlloc(int size) {
 // Moves the map at every call: a caller that goes on with an old handle is found out.
 int VLIBCSzHashSetValue(VLIBSZHASH** hash, const char* key, const char* value) {
   const auto& platform = Record("VLIBCSzHashSetValue", key, value);
-  if (hash == nullptr || *hash == nullptr || key == nullptr || value == nullptr ||
-      platform.refused_hash_key == key) {
+  if (hash == nullptr || *hash == nullptr || key == nullptr || value == nullptr) {
+    return -1;
+  }
+  if (platform.refused_hash_key == key) {
+    *hash = platform.refusal_loses_hash ? nullptr : *hash;
     return -1;
   }
   auto pairs = std::exchange((*hash)->pairs, {});

@@ -37,8 +37,9 @@ struct RecordingPlatform {
   int quota_is_enough = 1;
   int send_notification = 0;
   bool alloc_hash = true;
-  int set_hash_value = 0;        // for every key but this one:
-  std::string refused_hash_key;  // the key for which VLIBCSzHashSetValue() fails
+  int set_hash_value = 0;           // for every key but this one:
+  std::string refused_hash_key;     // the key for which VLIBCSzHashSetValue() fails
+  bool refusal_loses_hash = false;  // and whether it leaves a null handle behind
   int init_texts = 1;
   int load_text = 1;
   std::map<std::string, std::string> texts;

@@ -23,9 +23,8 @@ class DORVDL_EXPORT TaskControl : public interface::TaskInterface {
   explicit TaskControl(Controller& controller) : controller_(controller) {}
 
   /// Inserts @p task and sets its id. Its owner is its own `username`, not the acting user. When
-  /// @p source_path is not empty, the regular file there (a
-  /// torrent or NZB file, read as root) is stored with it. On failure nothing is stored and @p task
-  /// is as it was.
+  /// @p source_path is not empty, the regular file there (a torrent or NZB file, read as root) is
+  /// stored with it. On failure nothing is stored and @p task is as it was.
   bool Create(record::Task& task, const std::string& source_path) override;
 
   /// Writes the present fields of @p task to the acting user's task with its id. True also when

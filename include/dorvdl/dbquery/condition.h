@@ -25,8 +25,7 @@ class DORVDL_EXPORT Condition {
   ///
   /// @param expression  a column or SQL expression that code has written; goes out as it stands.
   /// @param op          an operator that code has written ("=", "<=", "ILIKE", "~" ...); anything
-  /// but
-  ///                    words and operator characters makes the execution fail.
+  ///                    but words and operator characters makes the execution fail.
   /// @param value       bound as a parameter; a text with an embedded NUL makes the execution fail.
   template <typename T>
   static Condition ConditionFactory(const std::string& expression, const std::string& op,

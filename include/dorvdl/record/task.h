@@ -83,14 +83,13 @@ class DORVDL_EXPORT Task : public MessageRecord<Task, proto::Task> {
   bool SendNotificationFailed(int created_time) const;
 };
 
-/// Sends the notification @p event of the package to @p user, whose real name the platform looks
-/// up.
+/// Sends the notification @p event of the package to @p user, by the real name that the platform
+/// has for that user.
 ///
 /// @param event  name of the event, such as "DownloadCompleted".
 /// @param hash   the placeholders; stays the caller's.
 /// @return true when it was handed to the platform; false when there is no such user or the
-/// platform
-///         refused it (logged).
+///         platform refused it (logged).
 DORVDL_EXPORT bool SendNotification(const std::string& event, const std::string& user,
                                     VLIBSZHASH* hash);
 
