@@ -1,9 +1,13 @@
 #include "contract/platform_contract.h"
 
 #include <dorv/cgi.h>
+#include <dorv/exec.h>
 #include <dorv/notification.h>
+#include <dorv/quota.h>
 #include <dorv/user.h>
+#include <dorv/volume.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <vector>
 
@@ -60,7 +64,7 @@ TEST_P(PlatformContractTest, AMapThatWasSentIsTheCallersAndAsItWas) {
   VLIBSZHASH* hash = VLIBCSzHashAlloc(0);
   EXPECT_NE(VLIBCSzHashSetValue(&hash, "key", "value"), -1);
   const std::string nobody = subject_->Nobody();
-  EXPECT_GE(DORVSendPersonalNotifiction("Event", nobody.c_str(), "Application", hash), 0);
+  EXPECT_EQ(DORVSendPersonalNotifiction("Event", nobody.c_str(), "Application", hash), ESRCH);
   EXPECT_EQ(subject_->Contents(hash), R"({"key": "value"})");
   VLIBCSzHashFree(hash);
 }
@@ -85,6 +89,34 @@ TEST_P(PlatformContractTest, ARealNameThatDoesNotFitFails) {
 TEST_P(PlatformContractTest, NobodyHasARealName) {
   char name[100] = {};
   EXPECT_NE(VLIBUserRealNameGet(subject_->Nobody().c_str(), name, sizeof name), 0);
+}
+
+TEST_P(PlatformContractTest, AnAdministratorIsToldFromNobody) {
+  EXPECT_EQ(VLIBGroupIsAdminGroupMemByUid(subject_->Administrator(), 1), 1);
+  EXPECT_EQ(VLIBGroupIsAdminGroupMemByUid(subject_->NobodysId(), 1), -1);
+}
+
+TEST_P(PlatformContractTest, AVolumeIsToldWithItsDeviceAndWithoutADiskNoQuotaIsSet) {
+  DorvVolumeInfo volume = {};
+  EXPECT_EQ(VolumePathParseEx("/proc/self", &volume), 0);
+  EXPECT_EQ(volume.path[0], '/');
+  EXPECT_STRNE(volume.device, "");
+  EXPECT_EQ(DORVQuotaIsEnough(0, "/proc/self", 1), 1);
+}
+
+TEST_P(PlatformContractTest, OfAPathThatDoesNotExistNeitherVolumeNorQuotaIsTold) {
+  const std::string path = subject_->MissingPath();
+  DorvVolumeInfo volume = {};
+  EXPECT_EQ(VolumePathParseEx(path.c_str(), &volume), -1);
+  EXPECT_EQ(DORVQuotaIsEnough(0, path.c_str(), 0), -1);
+}
+
+TEST_P(PlatformContractTest, AProgramThatSucceedsIsToldFromOneThatCannotBeRun) {
+  EXPECT_EQ(VLIBCExec("/bin/true", nullptr, nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(VLIBCExecl("/bin/true", 0, nullptr), 0);
+  const std::string missing = subject_->MissingPath();
+  EXPECT_EQ(VLIBCExec(missing.c_str(), nullptr, nullptr, nullptr, nullptr), -1);
+  EXPECT_EQ(VLIBCExecl(missing.c_str(), 0, nullptr), -1);
 }
 
 TEST_P(PlatformContractTest, TextsAreThoseOfLoadedSections) {

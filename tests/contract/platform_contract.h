@@ -5,6 +5,7 @@
 
 #include <dorv/hash.h>
 #include <gtest/gtest.h>
+#include <sys/types.h>
 
 #include <map>
 #include <memory>
@@ -24,9 +25,15 @@ class Subject {
   // What a map holds, in the order of its keys: {"%DLTYPE%": "BT", "%SHARE%": "media"}.
   virtual std::string Contents(VLIBSZHASH* hash) = 0;
 
-  // The name of a user, as it is spelt; the name of nobody, until another one is asked for.
+  // The name of a user, as it is spelt; the name of nobody, until another one is asked for. The id
+  // of an administrator; an id that nobody has, until another one is asked for.
   virtual std::string User() = 0;
   virtual std::string Nobody() = 0;
+  virtual uid_t Administrator() = 0;
+  virtual uid_t NobodysId() = 0;
+
+  // The path of something that does not exist, be it a file or a program.
+  virtual std::string MissingPath() = 0;
 
   // The folder of a web application whose section "section" has these texts, and which has no
   // section of another name; a folder without texts.

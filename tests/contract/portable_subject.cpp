@@ -20,6 +20,9 @@ class PortableSubject : public Subject {
   }
   std::string User() override { return "root"; }
   std::string Nobody() override { return "no such user"; }
+  uid_t Administrator() override { return 0; }
+  uid_t NobodysId() override { return static_cast<uid_t>(-1); }
+  std::string MissingPath() override { return folder_.Path("missing"); }
   std::string FolderWithTexts(const std::map<std::string, std::string>& texts) override {
     std::filesystem::create_directories(folder_.Path("application/texts/en"));
     std::string content = "[section]\n";

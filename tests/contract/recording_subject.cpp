@@ -1,6 +1,8 @@
 // The stand-in that records.
 #include <dorv/notification.h>
 
+#include <cerrno>
+
 #include "contract/platform_contract.h"
 #include "support/recording_platform.h"
 
@@ -22,7 +24,21 @@ class RecordingSubject : public Subject {
   }
   std::string Nobody() override {
     platform_.get_real_name = -1;
+    platform_.send_notification = ESRCH;
     return "nobody";
+  }
+  uid_t Administrator() override {
+    platform_.is_admin = 1;
+    return 1000;
+  }
+  uid_t NobodysId() override {
+    platform_.is_admin = -1;
+    return 1001;
+  }
+  std::string MissingPath() override {
+    platform_.parse_volume = platform_.quota_is_enough = -1;
+    platform_.exec = platform_.execl = -1;
+    return "/missing";
   }
   std::string FolderWithTexts(const std::map<std::string, std::string>& texts) override {
     platform_.init_texts = 1;
