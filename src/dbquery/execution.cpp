@@ -2,7 +2,6 @@
 
 #include <soci/postgresql/soci-postgresql.h>
 
-#include <memory>
 #include <utility>
 
 namespace dorvdbquery {

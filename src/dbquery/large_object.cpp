@@ -18,7 +18,7 @@ constexpr std::size_t kPiece = 256UL * 1024;
 // Large objects can be used inside a transaction only: this one, unless one is open already.
 class OwnTransaction {
  public:
-  explicit OwnTransaction(Session& session, PGconn* connection) {
+  OwnTransaction(Session& session, PGconn* connection) {
     if (PQtransactionStatus(connection) == PQTRANS_IDLE) {
       transaction_.emplace(session);
     }

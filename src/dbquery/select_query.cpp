@@ -1,6 +1,8 @@
 #include <dorvdl/dbquery/select_query.h>
 #include <soci/postgresql/soci-postgresql.h>
 
+#include <utility>
+
 #include "dbquery/result_row.h"
 
 namespace dorvdbquery {

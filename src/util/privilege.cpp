@@ -76,6 +76,21 @@ bool Restore(const SavedIds& saved, const char* file, int line) {
          (saved.uid == uid || SetEffective(kUser, saved.uid, file, line));
 }
 
+// Logs and leaves in errno how a section began or ended; also when nothing had to change, so that
+// the log shows every stretch.
+void Report(bool success, const char* section, const char* file, int line) {
+  const int error = success ? 0 : EPERM;
+  errno = error;
+  if (success) {
+    syslog(LOG_AUTH | LOG_INFO, "%s:%d %s", file, line, section);
+  } else {
+    syslog(LOG_AUTH | LOG_ERR, "%s:%d ERROR: %s", file, line, section);
+  }
+  errno = error;  // which syslog() may have changed
+}
+
+// Regaining root fails below 0 only, the other two with any answer but 0. The difference is meant:
+// keep it.
 bool RegainRoot() { return setresuid(kUnchanged, 0, kUnchanged) >= 0; }
 bool SetUser(uid_t uid) { return setresuid(kUnchanged, uid, kUnchanged) == 0; }
 bool SetGroup(gid_t gid) { return setresgid(kUnchanged, gid, kUnchanged) == 0; }
@@ -107,27 +122,12 @@ bool EndRunAs(uid_t uid, gid_t gid) {
 
 SavedIds EnterCriticalSection(const char* file, int line) noexcept {
   const SavedIds saved{geteuid(), getegid()};
-  const int error = BecomeRoot(saved, file, line) ? 0 : EPERM;
-  errno = error;
-  if (error == 0) {
-    // Also when nothing had to change: the log shows where every stretch begins.
-    syslog(LOG_AUTH | LOG_INFO, "%s:%d ENTERCriticalSection", file, line);
-  } else {
-    syslog(LOG_AUTH | LOG_ERR, "%s:%d ERROR: ENTERCriticalSection", file, line);
-  }
-  errno = error;  // which syslog() may have changed
+  Report(BecomeRoot(saved, file, line), "ENTERCriticalSection", file, line);
   return saved;
 }
 
 void LeaveCriticalSection(const SavedIds& saved, const char* file, int line) noexcept {
-  const int error = Restore(saved, file, line) ? 0 : EPERM;
-  errno = error;
-  if (error == 0) {
-    syslog(LOG_AUTH | LOG_INFO, "%s:%d LEAVECriticalSection", file, line);
-  } else {
-    syslog(LOG_AUTH | LOG_ERR, "%s:%d ERROR: LEAVECriticalSection", file, line);
-  }
-  errno = error;  // which syslog() may have changed
+  Report(Restore(saved, file, line), "LEAVECriticalSection", file, line);
 }
 
 RunAsGuard::RunAsGuard(uid_t uid, gid_t gid, const char* source_file, int source_line) noexcept

@@ -1,4 +1,5 @@
 /// @file
+/// What the columns of an INSERT are taken from.
 #ifndef DORVDL_DBQUERY_INSERTABLE_H_
 #define DORVDL_DBQUERY_INSERTABLE_H_
 

@@ -1,4 +1,5 @@
 /// @file
+/// What the assignments of an UPDATE are taken from.
 #ifndef DORVDL_DBQUERY_UPDATABLE_H_
 #define DORVDL_DBQUERY_UPDATABLE_H_
 
