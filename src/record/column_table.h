@@ -11,9 +11,12 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
+
+#include "dbquery/result_row.h"
 
 namespace dorvdl::record {
 
@@ -25,10 +28,42 @@ struct Accessors {
   GetResult (*get)(const MessageLite&);
   void (*set)(MessageLite&, SetArgument);
 };
-using IntField = Accessors<std::int32_t, std::int32_t>;
-using BigintField = Accessors<std::int64_t, std::int64_t>;
-using BoolField = Accessors<bool, bool>;
-using TextField = Accessors<const std::string&, std::string>;
+
+// The kinds of fields. Each says which values of the server it can be read from, how a reader of
+// such a value (see Column::Store()) is asked for it, and how its own value is handed to SOCI and
+// to the query builder.
+struct IntField : Accessors<std::int32_t, std::int32_t> {
+  static constexpr auto kKind = dorvdbquery::ValueKind::kInt;
+  template <typename Reader>
+  static std::int32_t Read(const Reader& reader) {
+    return reader.Int();
+  }
+  int SqlValue(const MessageLite& message) const { return get(message); }
+};
+struct BigintField : Accessors<std::int64_t, std::int64_t> {
+  static constexpr auto kKind = dorvdbquery::ValueKind::kBigint;
+  template <typename Reader>
+  static std::int64_t Read(const Reader& reader) {
+    return reader.Bigint();
+  }
+  long long SqlValue(const MessageLite& message) const { return get(message); }
+};
+struct BoolField : Accessors<bool, bool> {
+  static constexpr auto kKind = dorvdbquery::ValueKind::kInt;
+  template <typename Reader>
+  static bool Read(const Reader& reader) {
+    return reader.Int() == 1;
+  }
+  int SqlValue(const MessageLite& message) const { return get(message) ? 1 : 0; }
+};
+struct TextField : Accessors<const std::string&, std::string> {
+  static constexpr auto kKind = dorvdbquery::ValueKind::kText;
+  template <typename Reader>
+  static std::string Read(const Reader& reader) {
+    return reader.Text();
+  }
+  const std::string& SqlValue(const MessageLite& message) const { return get(message); }
+};
 using Field = std::variant<IntField, BigintField, BoolField, TextField>;
 
 // The kind of field whose generated getter returns T; there is none for other types.
@@ -68,7 +103,7 @@ class Column {
   Column UpdatedKey() const { return Key().With(&Column::is_updated_, true); }
 
   // A NULL reads as 0, or as @p text, just as it stands; without this it is an error.
-  Column NullAs(const char* text = "") const {
+  Column Nullable(const char* text = "") const {
     return With(&Column::null_text_, std::optional<std::string>(text));
   }
 
@@ -86,9 +121,24 @@ class Column {
   // Whether a NULL is read as the column's default and not an error.
   bool IsNullable() const { return null_text_.has_value(); }
 
-  // Stores a text that was read from a row; or, in a nullable text column, what a NULL reads as.
-  void StoreText(MessageLite& message, std::string text) const;
-  void StoreNullText(MessageLite& message) const;
+  // Stores the value that the reader has of this column: Int(), Bigint() or Text(), each 0 or empty
+  // for a NULL that this column allows and throwing for what cannot be read; and IsNull().
+  template <typename Reader>
+  void Store(MessageLite& message, const Reader& reader) const {
+    std::visit(
+        [&](const auto& field) {
+          auto value = field.Read(reader);
+          if constexpr (std::is_same_v<decltype(value), std::string>) {
+            if (reader.IsNull()) {
+              value = *null_text_;
+            } else if (conversion_ != nullptr) {
+              value = conversion_(value);
+            }
+          }
+          field.set(message, std::move(value));
+        },
+        field_);
+  }
 
  private:
   template <typename T>

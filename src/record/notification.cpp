@@ -14,7 +14,7 @@ const ColumnTable& Notification::Columns() {
   static const ColumnTable columns({
       DORVDL_COLUMN(id).Key(),
       DORVDL_COLUMN(task_id),
-      DORVDL_COLUMN(type).NullAs(),
+      DORVDL_COLUMN(type).Nullable(),
       DORVDL_COLUMN(create_time),
   });
   return columns;

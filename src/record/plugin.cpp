@@ -26,13 +26,13 @@ const ColumnTable& Plugin::Columns() {
       // An update assigns the key too. That changes nothing in the row, but it makes a record with
       // nothing but its key an update like any other, and not a failure.
       DORVDL_COLUMN(task_id).UpdatedKey(),
-      DORVDL_COLUMN(process).NullAs("null"),
-      DORVDL_COLUMN(current_plugin).NullAs(),
-      DORVDL_COLUMN(current_type).NullAs(),
+      DORVDL_COLUMN(process).Nullable("null"),
+      DORVDL_COLUMN(current_plugin).Nullable(),
+      DORVDL_COLUMN(current_type).Nullable(),
       DORVDL_COLUMN(current_status),
-      DORVDL_COLUMN(attributes).NullAs("null"),
-      DORVDL_COLUMN(response).NullAs("null"),
-      DORVDL_COLUMN(result).NullAs("null"),
+      DORVDL_COLUMN(attributes).Nullable("null"),
+      DORVDL_COLUMN(response).Nullable("null"),
+      DORVDL_COLUMN(result).Nullable("null"),
       DORVDL_COLUMN(pid),
   });
   return columns;

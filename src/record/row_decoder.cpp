@@ -9,14 +9,6 @@ namespace dorvdl::record {
 namespace {
 
 using dorvdbquery::ResultRow;
-using dorvdbquery::ValueKind;
-
-struct ReadableKind {
-  ValueKind operator()(const IntField&) const { return ValueKind::kInt; }
-  ValueKind operator()(const BigintField&) const { return ValueKind::kBigint; }
-  ValueKind operator()(const BoolField&) const { return ValueKind::kInt; }
-  ValueKind operator()(const TextField&) const { return ValueKind::kText; }
-};
 
 // The failures are worded as SOCI words them: callers cannot tell which way a row was read.
 [[noreturn]] void ThrowMissing(const Column& column) {
@@ -37,6 +29,21 @@ T ParseNumber(std::string_view text) {
   return number;
 }
 
+// The value of one column in the server's answer.
+class TextReader {
+ public:
+  TextReader(std::string_view text, bool is_null) : text_(text), is_null_(is_null) {}
+
+  std::int32_t Int() const { return is_null_ ? 0 : ParseNumber<std::int32_t>(text_); }
+  std::int64_t Bigint() const { return is_null_ ? 0 : ParseNumber<std::int64_t>(text_); }
+  std::string Text() const { return std::string(text_); }
+  bool IsNull() const { return is_null_; }
+
+ private:
+  std::string_view text_;
+  bool is_null_;
+};
+
 }  // namespace
 
 void RowDecoder::Describe(const ResultRow& row) {
@@ -44,8 +51,8 @@ void RowDecoder::Describe(const ResultRow& row) {
   sources_.reserve(table_.columns().size());
   for (const Column& column : table_.columns()) {
     const int position = row.Find(column.name(), static_cast<int>(sources_.size()));
-    sources_.push_back({position, position >= 0 && row.Kind(position) ==
-                                                       std::visit(ReadableKind(), column.field())});
+    const auto wanted = std::visit([](const auto& field) { return field.kKind; }, column.field());
+    sources_.push_back({position, position >= 0 && row.Kind(position) == wanted});
   }
 }
 
@@ -71,17 +78,7 @@ void RowDecoder::ReadColumn(const Column& column, const Source& source, const Re
   if (is_null && !is_default) {
     ThrowNull();
   }
-  if (const auto* const integer = std::get_if<IntField>(&column.field())) {
-    integer->set(message, is_null ? 0 : ParseNumber<std::int32_t>(text));
-  } else if (const auto* const bigint = std::get_if<BigintField>(&column.field())) {
-    bigint->set(message, is_null ? 0 : ParseNumber<std::int64_t>(text));
-  } else if (const auto* const boolean = std::get_if<BoolField>(&column.field())) {
-    boolean->set(message, !is_null && ParseNumber<std::int32_t>(text) == 1);
-  } else if (is_null) {
-    column.StoreNullText(message);
-  } else {
-    column.StoreText(message, std::string(text));
-  }
+  column.Store(message, TextReader(text, is_null));
 }
 
 }  // namespace dorvdl::record

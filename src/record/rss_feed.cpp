@@ -11,9 +11,9 @@ const ColumnTable& RssFeed::Columns() {
   static const ColumnTable columns(
       {
           DORVDL_COLUMN(id).Key(),
-          DORVDL_COLUMN(username).NullAs(),
-          DORVDL_COLUMN(title).NullAs(),
-          DORVDL_COLUMN(url).NullAs(),
+          DORVDL_COLUMN(username).Nullable(),
+          DORVDL_COLUMN(title).Nullable(),
+          DORVDL_COLUMN(url).Nullable(),
           DORVDL_COLUMN(last_update),
           DORVDL_COLUMN(is_updating),
       },

@@ -12,9 +12,9 @@ const ColumnTable& RssItem::Columns() {
       {
           DORVDL_COLUMN(id).Key(),
           DORVDL_COLUMN(feed_id),
-          DORVDL_COLUMN(title).NullAs(),
-          DORVDL_COLUMN(url).NullAs(),
-          DORVDL_COLUMN(link).NullAs(),
+          DORVDL_COLUMN(title).Nullable(),
+          DORVDL_COLUMN(url).Nullable(),
+          DORVDL_COLUMN(link).Nullable(),
           DORVDL_COLUMN(date),
           DORVDL_COLUMN(size),
           DORVDL_COLUMN(is_new),

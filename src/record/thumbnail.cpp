@@ -15,7 +15,7 @@ const ColumnTable& Thumbnail::Columns() {
           DORVDL_COLUMN(file_index),
           DORVDL_COLUMN(thumbnail_index),
           DORVDL_COLUMN(thumbnail_second),
-          DORVDL_COLUMN(thumbnail_filename).NullAs(),
+          DORVDL_COLUMN(thumbnail_filename).Nullable(),
           DORVDL_COLUMN(create_time),
       },
       ColumnTable::Rendering::kJson);
