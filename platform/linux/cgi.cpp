@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr char kLogSource[] = "platform/cgi";
+
 struct Loader {
   dorv::Sections sections;
   dorv::Texts loaded;
@@ -24,7 +26,7 @@ int DorvCgiInit(const char* dir, DorvCgiContext* context) {
         new Loader{dorv::ReadLocalisedTexts(dir, "strings", user != nullptr ? user : ""), {}};
     return 1;
   } catch (const std::exception& error) {
-    DORV_LOG("platform/cgi", "Failed to read texts: %s", error.what());
+    DORV_LOG("Failed to read texts: %s", error.what());
     return 0;
   }
 }

@@ -27,7 +27,7 @@ std::string ReadFile(const std::string& path, int folder) {
   }
   std::string content;
   char part[4096];
-  for (ssize_t count = 0; (count = read(file.get(), part, sizeof part)) != 0;) {
+  for (ssize_t count = 0; (count = read(file.get(), part, sizeof(part))) != 0;) {
     if (count > 0) {
       content.append(part, static_cast<std::size_t>(count));
     } else if (errno != EINTR) {

@@ -1,6 +1,6 @@
 #include <dorv/hash.h>
 
-#include <utility>
+#include <string>
 
 #include "guarded.h"
 #include "hash_map.h"

@@ -12,11 +12,13 @@
 #include "hash_map.h"
 #include "localised_texts.h"
 #include "log.h"
-#include "notification_spool.h"
 #include "plain_name.h"
+#include "spool.h"
 
 namespace dorv {
 namespace {
+
+constexpr char kLogSource[] = "platform/notification";
 
 using Placeholders = std::map<std::string, std::string>;
 
@@ -68,7 +70,7 @@ void Send(const std::string& event, const std::string& user, const std::string& 
 
 // Logs why a notification was not sent, and gives the error number.
 int Report(int error, const std::exception& reason) {
-  DORV_LOG("platform/notification", "Failed to send a notification: %s", reason.what());
+  DORV_LOG("Failed to send a notification: %s", reason.what());
   return error;
 }
 

@@ -1,8 +1,4 @@
-#include "notification_spool.h"
-
-#include <json/reader.h>
-#include <json/value.h>
-#include <json/writer.h>
+#include <dorv/notification_spool.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,68 +10,23 @@
 #include <ctime>
 #include <filesystem>
 #include <new>
-#include <sstream>
-#include <stdexcept>
 #include <system_error>
 #include <utility>
 
 #include "fail.h"
 #include "file.h"
+#include "kept_notification.h"
 #include "log.h"
+#include "spool.h"
 
 namespace dorv {
 namespace {
 
 using dorvdl::common::KeptNotification;
 
+constexpr char kLogSource[] = "platform/notification_spool";
 constexpr char kSpool[] = DORV_NOTIFICATION_SPOOL;
 constexpr char kEnding[] = ".json";
-
-// The texts of a notification, by the names that they have in its file.
-constexpr struct {
-  const char* name;
-  std::string KeptNotification::*text;
-} kTexts[] = {
-    {"event", &KeptNotification::event},     {"application", &KeptNotification::application},
-    {"user", &KeptNotification::user},       {"title", &KeptNotification::title},
-    {"message", &KeptNotification::message},
-};
-
-std::string ToJson(const KeptNotification& notification) {
-  Json::Value object;
-  for (const auto& [name, text] : kTexts) {
-    object[name] = notification.*text;
-  }
-  object["created"] = Json::Int64{notification.created};
-  Json::Value& placeholders = object["placeholders"] = Json::objectValue;
-  for (const auto& [key, value] : notification.placeholders) {
-    placeholders[key] = value;
-  }
-  Json::StreamWriterBuilder style;
-  style["emitUTF8"] = true;
-  style["indentation"] = "  ";
-  return writeString(style, object) + '\n';
-}
-
-// Throws something derived from std::exception when the text is no notification's.
-KeptNotification FromJson(const std::string& json) {
-  std::istringstream content(json);
-  Json::Value object;
-  content >> object;
-  KeptNotification notification;
-  for (const auto& [name, text] : kTexts) {
-    if (!object[name].isString()) {
-      throw std::invalid_argument(std::string("no ") + name);
-    }
-    notification.*text = object[name].asString();
-  }
-  notification.created = object["created"].asInt64();
-  const Json::Value& placeholders = object["placeholders"];
-  for (const std::string& key : placeholders.getMemberNames()) {
-    notification.placeholders[key] = placeholders[key].asString();
-  }
-  return notification;
-}
 
 // Throws unless the folder was opened and is such as the public header says: in another's folder
 // notifications could be read, and a link could make them land anywhere.
@@ -97,7 +48,7 @@ constexpr int kSpoolFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 std::string NewName(const timespec& now) {
   static std::atomic<unsigned> number;
   char name[80];
-  std::snprintf(name, sizeof name, "%012lld.%09ld-%d-%u", static_cast<long long>(now.tv_sec),
+  std::snprintf(name, sizeof(name), "%012lld.%09ld-%d-%u", static_cast<long long>(now.tv_sec),
                 now.tv_nsec, getpid(), number++);
   return name + std::string(kEnding);
 }
@@ -154,8 +105,7 @@ std::optional<KeptNotification> Read(const File& folder, const std::string& name
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception& error) {
-    DORV_LOG("platform/notification_spool", "Failed to read notification [%s]: %s", name.c_str(),
-             error.what());
+    DORV_LOG("Failed to read notification [%s]: %s", name.c_str(), error.what());
     return std::nullopt;
   }
 }

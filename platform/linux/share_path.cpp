@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 #include "account.h"

@@ -1,36 +1,36 @@
 #include <dorv/volume.h>
 #include <fcntl.h>
 #include <libmount.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 
+#include "file.h"
+
 namespace {
 
 // The id of the mount that @p path lives on, as the mount table numbers it; -1 on failure. The
 // kernel is asked, not the path's text compared: a mount can lie hidden below a later one.
 int MountId(const char* path) {
-  const int file = open(path, O_PATH | O_CLOEXEC);
-  if (file < 0) {
+  const dorv::File file(open(path, O_PATH | O_CLOEXEC));
+  if (!file) {
     return -1;
   }
-  char name[sizeof "/proc/self/fdinfo/-2147483648"];
-  std::snprintf(name, sizeof name, "/proc/self/fdinfo/%d", file);
+  char name[sizeof("/proc/self/fdinfo/-2147483648")];
+  std::snprintf(name, sizeof(name), "/proc/self/fdinfo/%d", file.get());
   int id = -1;
   if (std::FILE* const info = std::fopen(name, "re"); info != nullptr) {
     constexpr char kLabel[] = "mnt_id:";
-    constexpr std::size_t kLabelLength = sizeof kLabel - 1;
-    for (char line[256]; id < 0 && std::fgets(line, sizeof line, info) != nullptr;) {
+    constexpr std::size_t kLabelLength = sizeof(kLabel) - 1;
+    for (char line[256]; id < 0 && std::fgets(line, sizeof(line), info) != nullptr;) {
       if (std::strncmp(line, kLabel, kLabelLength) == 0) {
         id = std::atoi(line + kLabelLength);
       }
     }
     std::fclose(info);
   }
-  close(file);
   return id;
 }
 

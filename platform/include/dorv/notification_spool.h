@@ -26,13 +26,20 @@ namespace dorvdl::common {
 
 /// A notification, ready to be shown.
 struct KeptNotification {
-  std::string event;         ///< Its name, such as "DownloadCompleted".
-  std::string application;   ///< The application that it is from.
-  std::string user;          ///< The user whom it is for.
-  std::string title;         ///< In the user's language, as is the message.
-  std::string message;       ///< The template with its placeholders filled in.
-  std::int64_t created = 0;  ///< Seconds since the epoch.
-  std::map<std::string, std::string> placeholders;  ///< As the sender gave them.
+  /// Name of the event, such as "DownloadCompleted".
+  std::string event;
+  /// Name of the application that sent it.
+  std::string application;
+  /// Real name of the user whom it is for.
+  std::string user;
+  /// Title in the user's language, with its placeholders filled in.
+  std::string title;
+  /// Message in the user's language, with its placeholders filled in.
+  std::string message;
+  /// Time when it was kept, seconds since the epoch.
+  std::int64_t created = 0;
+  /// Placeholders and their values, as the sender gave them.
+  std::map<std::string, std::string> placeholders;
 };
 
 /// Reads the notifications that are kept, oldest first, with the caller's effective ids. A file

@@ -1,6 +1,6 @@
 // Putting notifications into the spool.
-#ifndef DORV_LINUX_NOTIFICATION_SPOOL_H_
-#define DORV_LINUX_NOTIFICATION_SPOOL_H_
+#ifndef DORV_LINUX_SPOOL_H_
+#define DORV_LINUX_SPOOL_H_
 
 #include <dorv/notification_spool.h>
 
@@ -13,4 +13,4 @@ void Keep(dorvdl::common::KeptNotification notification);
 
 }  // namespace dorv
 
-#endif  // DORV_LINUX_NOTIFICATION_SPOOL_H_
+#endif  // DORV_LINUX_SPOOL_H_
