@@ -14,8 +14,8 @@ bool FileHostingControl::RestartHostWaitingTask(int task_id) {
 
 bool FileHostingControl::RestartAllHostWaitingTask() {
   for (const int task_id : TasksInStatus(controller_, record::kStatusFileHostingWaiting)) {
-    // Here and not in the restart of one task, which leaves the plug-in's row alone on purpose: keep
-    // it so.
+    // Here and not in the restart of one task, which leaves the plug-in's row alone on purpose:
+    // keep it so.
     if (RestartHostWaitingTask(task_id)) {
       ClearPluginAttributes(controller_, task_id);
     }

@@ -2,33 +2,33 @@
 #include <dorvdl/db/rss_feed.h>
 
 namespace dorvdl::control {
+namespace {
 
-bool RssFeedControl::Create(record::RssFeed& feed) {
-  return controller_.UseWithName<db::RssFeed>().Create(feed);
-}
+// A new accessor, for one call.
+db::RssFeed Feeds(Controller& controller) { return controller.UseWithName<db::RssFeed>(); }
 
-bool RssFeedControl::Update(const record::RssFeed& feed) {
-  return controller_.UseWithName<db::RssFeed>().Update(feed);
-}
+}  // namespace
+
+bool RssFeedControl::Create(record::RssFeed& feed) { return Feeds(controller_).Create(feed); }
+
+bool RssFeedControl::Update(const record::RssFeed& feed) { return Feeds(controller_).Update(feed); }
 
 std::vector<record::RssFeed> RssFeedControl::List(const option::rss_feed::ListOption& option) {
-  return controller_.UseWithName<db::RssFeed>().List(option);
+  return Feeds(controller_).List(option);
 }
 
 bool RssFeedControl::Delete(const std::vector<int>& ids) {
-  return !ids.empty() && controller_.UseWithName<db::RssFeed>().Delete(ids);
+  return !ids.empty() && Feeds(controller_).Delete(ids);
 }
 
-record::RssFeed RssFeedControl::Get(int id) {
-  return controller_.UseWithName<db::RssFeed>().Get(id);
-}
+record::RssFeed RssFeedControl::Get(int id) { return Feeds(controller_).Get(id); }
 
 int RssFeedControl::Count(const option::rss_feed::ListOption& option) {
-  return controller_.UseWithName<db::RssFeed>().Count(option);
+  return Feeds(controller_).Count(option);
 }
 
 std::vector<int> RssFeedControl::ListId(const option::rss_feed::ListOption& option) {
-  return controller_.UseWithName<db::RssFeed>().ListId(option);
+  return Feeds(controller_).ListId(option);
 }
 
 }  // namespace dorvdl::control

@@ -10,10 +10,8 @@
 namespace dorvdl::control {
 
 /// Puts the acting user's tasks that wait for a captcha (status 15) back to waiting (status 1), and
-/// clears what their plug-in kept in `attributes`. Nothing else of a task changes. Cheap to make,
-/// holds nothing but its controller, and must not outlive it.
-///
-/// Logs nothing of its own; throws what `TaskControl` throws.
+/// clears what their plug-in kept in `attributes`. Nothing else of a task changes, and nothing is
+/// logged but by the layers below. Controller says what holds for all controls.
 class DORVDL_EXPORT CaptchaControl : public interface::CaptchaInterface {
  public:
   explicit CaptchaControl(Controller& controller) : controller_(controller) {}

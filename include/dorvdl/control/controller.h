@@ -14,6 +14,11 @@ namespace dorvdl::control {
 /// Owns the database connection and the name of the user on whose behalf the program acts, and
 /// hands out table accessors bound to both. The controls (`TaskControl` and its siblings) work on
 /// one. Belongs to one thread at a time.
+///
+/// A control is cheap to make, holds nothing but its controller, and must not outlive it. Failures
+/// of its operations come back as results, after log lines of the layers below. What is thrown
+/// comes from those layers: `soci::soci_error` when the connection cannot be opened or a row cannot
+/// be read, `std::bad_cast` for a column of another type.
 class DORVDL_EXPORT Controller {
  public:
   /// Opens its connection when it is first needed.

@@ -10,10 +10,8 @@
 namespace dorvdl::control {
 
 /// Puts the acting user's tasks that wait for a file host (status 9) back to waiting (status 1).
-/// Nothing else of a task changes. Cheap to make, holds nothing but its controller, and must not
-/// outlive it.
-///
-/// Logs nothing of its own; throws what `TaskControl` throws.
+/// Nothing else of a task changes, and nothing is logged but by the layers below. Controller says
+/// what holds for all controls.
 class DORVDL_EXPORT FileHostingControl : public interface::FileHostingInterface {
  public:
   explicit FileHostingControl(Controller& controller) : controller_(controller) {}

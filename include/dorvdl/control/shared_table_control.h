@@ -4,7 +4,6 @@
 #define DORVDL_CONTROL_SHARED_TABLE_CONTROL_H_
 
 #include <dorvdl/control/controller.h>
-#include <dorvdl/util/export.h>
 
 #include <vector>
 
@@ -13,15 +12,12 @@ namespace dorvdl::control {
 /// The control of a table whose rows belong to no user: creates, updates, deletes and gets rows by
 /// key alone, whoever the controller acts for.
 ///
-/// Cheap to make, holds nothing but its controller, and must not outlive it. Failures come back as
-/// results, after log lines of the layers below. What is thrown comes from those layers:
-/// `soci::soci_error` when the connection cannot be opened or a row cannot be read, `std::bad_cast`
-/// for a column of another type.
+/// Controller says what holds for all controls.
 ///
 /// @tparam Interface  the interface that the control implements.
 /// @tparam Table      the table's accessor; complete only where the control is implemented.
 template <typename Interface, typename Table, typename Record>
-class DORVDL_EXPORT SharedTableControl : public Interface {
+class SharedTableControl : public Interface {
  public:
   explicit SharedTableControl(Controller& controller) : controller_(controller) {}
 

@@ -12,12 +12,8 @@
 
 namespace dorvdl::control {
 
-/// The download tasks of the controller's acting user, or of all users when it has none. Cheap to
-/// make, holds nothing but its controller, and must not outlive it.
-///
-/// Failures come back as results, after log lines of the layers below. What is thrown comes from
-/// those layers: `soci::soci_error` when the connection cannot be opened or a row cannot be read,
-/// `std::bad_cast` for a column of another type.
+/// The download tasks of the controller's acting user, or of all users when it has none. Controller
+/// says what holds for all controls.
 class DORVDL_EXPORT TaskControl : public interface::TaskInterface {
  public:
   explicit TaskControl(Controller& controller) : controller_(controller) {}

@@ -13,7 +13,7 @@
 
 namespace dorvdl::db {
 
-extern template class DBOperator<record::Task>;
+extern template class DORVDL_EXPORT DBOperator<record::Task>;
 
 /// The download queue as one user sees it: every operation but Create() reaches only the tasks of
 /// that user, whose name is compared without regard to case. With an empty user name it reaches the
@@ -52,13 +52,15 @@ class DORVDL_EXPORT DownloadQueue : public DBOperator<record::Task> {
   bool Delete(const std::vector<int>& task_ids);
 
   /// Inserts @p task, whoever its owner is, and sets its id. When @p source_path is not empty, the
-  /// file there is stored in the database first and its large-object id becomes the task's
-  /// `file_oid`. On failure nothing is stored and @p task is as it was.
+  /// regular file there is stored in the database first, read as root (see LoImport()), and its
+  /// large-object id becomes the task's `file_oid`. On failure nothing is stored and @p task is as
+  /// it was.
   bool Create(record::Task& task, const std::string& source_path);
 
-  /// Stores the file at @p path as the task's source file. False, with nothing stored, when the
-  /// file cannot be read or this user has no such task. The large object that the task had before
-  /// stays in the database.
+  /// Stores the regular file at @p path, read as root, as the task's source file. The process's
+  /// effective ids are root's until the whole file is stored: no other thread may switch ids, or
+  /// should act for a user, meanwhile. False, with nothing stored, when the file cannot be read or
+  /// this user has no such task. The large object that the task had before stays in the database.
   bool LoImport(int task_id, const std::string& path);
 
   /// Writes the task's stored source file to @p path; false when this user has no such task, when

@@ -11,7 +11,7 @@
 
 namespace dorvdl::db {
 
-extern template class DBOperator<record::Notification>;
+extern template class DORVDL_EXPORT DBOperator<record::Notification>;
 
 /// The pending notifications about tasks, without restriction to a user.
 class DORVDL_EXPORT Notification : public DBOperator<record::Notification> {

@@ -11,7 +11,6 @@
 #include <dorvdl/dbquery/select_query.h>
 #include <dorvdl/dbquery/update_query.h>
 #include <dorvdl/record/message_record.h>
-#include <dorvdl/util/export.h>
 #include <dorvdl/util/log.h>
 #include <dorvdl/util/privilege.h>
 
@@ -35,7 +34,7 @@ namespace dorvdl::db {
 ///
 /// An operator is a short-lived value; it must not outlive the session it was made with.
 template <typename Record>
-class DORVDL_EXPORT DBOperator {
+class DBOperator {
  public:
   using Condition = dorvdbquery::Condition;
 

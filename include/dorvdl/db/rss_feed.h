@@ -13,7 +13,7 @@
 
 namespace dorvdl::db {
 
-extern template class DBOperator<record::RssFeed>;
+extern template class DORVDL_EXPORT DBOperator<record::RssFeed>;
 
 /// The RSS feeds as one user sees them: every operation but Create() reaches only the feeds of that
 /// user, whose name is compared without regard to case. With an empty user name it reaches the

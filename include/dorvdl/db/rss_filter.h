@@ -13,7 +13,7 @@
 
 namespace dorvdl::db {
 
-extern template class DBOperator<record::RssFilter>;
+extern template class DORVDL_EXPORT DBOperator<record::RssFilter>;
 
 /// The download rules of the RSS feeds. They belong to feeds; there is no restriction to a user.
 class DORVDL_EXPORT RssFilter : public DBOperator<record::RssFilter> {

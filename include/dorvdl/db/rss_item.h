@@ -8,12 +8,11 @@
 #include <dorvdl/record/rss_item.h>
 #include <dorvdl/util/export.h>
 
-#include <string>
 #include <vector>
 
 namespace dorvdl::db {
 
-extern template class DBOperator<record::RssItem>;
+extern template class DORVDL_EXPORT DBOperator<record::RssItem>;
 
 /// The items of the RSS feeds. They belong to feeds; there is no restriction to a user.
 class DORVDL_EXPORT RssItem : public DBOperator<record::RssItem> {

@@ -11,7 +11,7 @@
 
 namespace dorvdl::db {
 
-extern template class DBOperator<record::Plugin>;
+extern template class DORVDL_EXPORT DBOperator<record::Plugin>;
 
 /// The state of the post-processing plug-ins, at most one row per task, without restriction to a
 /// user.

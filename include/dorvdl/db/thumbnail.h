@@ -8,12 +8,11 @@
 #include <dorvdl/record/thumbnail.h>
 #include <dorvdl/util/export.h>
 
-#include <string>
 #include <vector>
 
 namespace dorvdl::db {
 
-extern template class DBOperator<record::Thumbnail>;
+extern template class DORVDL_EXPORT DBOperator<record::Thumbnail>;
 
 /// The preview pictures of the tasks' videos, without restriction to a user.
 class DORVDL_EXPORT Thumbnail : public DBOperator<record::Thumbnail> {

@@ -33,11 +33,9 @@ void ListOption::toProto(ListRequest& request) const {
   }
 }
 
-FileType::FileType() { Clear(); }
+FileType::FileType() = default;
 
-void FileType::Clear() {
-  http = https = bt = nzb = ftp = ftps = sftp = emule = thunder = flashget = qqdl = false;
-}
+void FileType::Clear() { *this = {}; }
 
 std::int32_t FileType::ToTaskFlag() const {
   return (http ? task_flag::kHttp : 0) + (https ? task_flag::kHttps : 0) +

@@ -102,10 +102,19 @@ class Notes : public dorvdl::db::DBOperator<Note> {
   std::string user_;
 };
 
+// A table of the program's own with one of the library's records.
+class Settings : public dorvdl::db::DBOperator<dorvdl::record::UserSetting> {
+ public:
+  using DBOperator::DBOperator;
+  const char* GetTableName() override { return "user_setting"; }
+  const char* GetPrimaryKeyName() override { return "username"; }
+};
+
 }  // namespace
 
 // Every operation is compiled and linked, though none can run without a server.
 template class dorvdl::db::DBOperator<Note>;
+template class dorvdl::db::DBOperator<dorvdl::record::UserSetting>;
 
 namespace {
 
@@ -202,7 +211,7 @@ bool ControllerHandsOutEveryTable() {
   namespace db = dorvdl::db;
   using dorvdl::control::Controller;
   return AreThere(&Controller::Use<Notes>, &Controller::UseWithName<Notes>,
-                  &Controller::UseWithName<db::DownloadQueue>,
+                  &Controller::Use<Settings>, &Controller::UseWithName<db::DownloadQueue>,
                   &Controller::UseWithName<db::RssFeed>, &Controller::Use<db::RssFilter>,
                   &Controller::Use<db::RssItem>, &Controller::Use<db::Thumbnail>,
                   &Controller::Use<db::TaskPlugin>, &Controller::Use<db::Notification>);

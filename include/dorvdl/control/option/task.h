@@ -62,17 +62,17 @@ class DORVDL_EXPORT FileType {
   /// chosen.
   std::int32_t ToTaskFlag() const;
 
-  bool http;
-  bool https;
-  bool bt;
-  bool nzb;
-  bool ftp;
-  bool ftps;
-  bool sftp;
-  bool emule;
-  bool thunder;
-  bool flashget;
-  bool qqdl;
+  bool http = false;
+  bool https = false;
+  bool bt = false;
+  bool nzb = false;
+  bool ftp = false;
+  bool ftps = false;
+  bool sftp = false;
+  bool emule = false;
+  bool thunder = false;
+  bool flashget = false;
+  bool qqdl = false;
 };
 
 }  // namespace dorvdl::control::option::task
