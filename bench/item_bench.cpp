@@ -56,8 +56,8 @@ void MeasureList(PGconn* connection, RssItemControl& ours, const std::string& na
 
 void MeasureItems(const std::shared_ptr<dorvdl::db::DBSession>& session) {
   PGconn* const connection = Connection(*session);
-  Numbers(connection, kItems);
-  Numbers(connection, "VACUUM ANALYZE rss_item");
+  Run(connection, kItems);
+  Run(connection, "VACUUM ANALYZE rss_item");
   static dorvdl::control::Controller controller(session);
   static RssItemControl items(controller);
 

@@ -10,9 +10,28 @@
 #include "raw.h"
 
 namespace bench {
+namespace {
+
+// How many rows were updated until now, and how many of these updates were heap-only.
+struct Updates {
+  explicit Updates(PGconn* connection) {
+    Run(connection, "SELECT pg_stat_force_next_flush()");
+    const std::vector<double> numbers =
+        Run(connection,
+            "SELECT n_tup_upd, n_tup_hot_upd FROM pg_stat_user_tables "
+            "WHERE relname = 'download_queue'");
+    all = numbers.at(0);
+    hot = numbers.at(1);
+  }
+
+  double all;
+  double hot;
+};
+
+}  // namespace
 
 void Die(const std::string& why) {
-  std::cerr << "task_bench: " << why << '\n';
+  std::cerr << "controls_bench: " << why << '\n';
   std::exit(1);
 }
 
@@ -27,7 +46,7 @@ PGconn* Connection(dorvdl::db::DBSession& session) {
       ->conn_;
 }
 
-std::vector<double> Numbers(PGconn* connection, const char* query) {
+std::vector<double> Run(PGconn* connection, const char* query) {
   const Result result = Checked(connection, PQexec(connection, query));
   std::vector<double> numbers;
   for (int column = 0; PQntuples(result.get()) > 0 && column < PQnfields(result.get()); ++column) {
@@ -35,26 +54,6 @@ std::vector<double> Numbers(PGconn* connection, const char* query) {
   }
   return numbers;
 }
-
-namespace {
-
-// How many rows were updated until now, and how many of these updates were heap-only.
-struct Updates {
-  explicit Updates(PGconn* connection) {
-    Numbers(connection, "SELECT pg_stat_force_next_flush()");
-    const std::vector<double> numbers =
-        Numbers(connection,
-                "SELECT n_tup_upd, n_tup_hot_upd FROM pg_stat_user_tables "
-                "WHERE relname = 'download_queue'");
-    all = numbers.at(0);
-    hot = numbers.at(1);
-  }
-
-  double all;
-  double hot;
-};
-
-}  // namespace
 
 void Measure(PGconn* connection, const std::string& name, const Operation& operation) {
   operation();  // what is made once for all runs is no part of the counts

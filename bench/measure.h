@@ -21,7 +21,7 @@ void Check(bool good);
 PGconn* Connection(dorvdl::db::DBSession& session);
 
 // Runs the statements and returns the numbers in the last one's first row.
-std::vector<double> Numbers(PGconn* connection, const char* query);
+std::vector<double> Run(PGconn* connection, const char* query);
 
 // Registers the operation as a benchmark of this name.
 void Measure(PGconn* connection, const std::string& name, const Operation& operation);

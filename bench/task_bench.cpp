@@ -110,8 +110,8 @@ void MeasureList(PGconn* connection, const std::string& name, User& user) {
 
 void MeasureTasks(const std::shared_ptr<DBSession>& session) {
   PGconn* const connection = Connection(*session);
-  Numbers(connection, kTasks);
-  Numbers(connection, "VACUUM ANALYZE download_queue");
+  Run(connection, kTasks);
+  Run(connection, "VACUUM ANALYZE download_queue");
   static User alma(session, "Alma");
   static User bruno(session, "Bruno");
   static User clara(session, "Clara");
