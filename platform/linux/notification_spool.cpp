@@ -13,6 +13,7 @@
 #include <system_error>
 #include <utility>
 
+#include "account.h"
 #include "fail.h"
 #include "file.h"
 #include "kept_notification.h"
@@ -27,21 +28,44 @@ using dorvdl::common::KeptNotification;
 constexpr char kLogSource[] = "platform/notification_spool";
 constexpr char kSpool[] = DORV_NOTIFICATION_SPOOL;
 constexpr char kEnding[] = ".json";
+constexpr int kSpoolFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 // Throws unless the folder was opened and is such as the public header says: in another's folder
-// notifications could be read, and a link could make them land anywhere.
-void CheckSpool(const File& folder) {
+// notifications could be read, and a link could make them land anywhere. Returns what it is.
+struct stat CheckSpool(const File& folder) {
   struct stat info {};
   if (!folder || fstat(folder.get(), &info) != 0) {
     Fail(errno, kSpool);
   }
-  const bool is_ours = info.st_uid == 0 || info.st_uid == geteuid();
-  if (!is_ours || (info.st_mode & S_IRWXO) != 0) {
+  const auto package = FindAccount(DORV_PACKAGE_USER);
+  const bool is_ours =
+      info.st_uid == 0 || info.st_uid == geteuid() || (package && info.st_uid == package->uid);
+  if (!is_ours || (info.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
     Fail(EPERM, kSpool);
   }
+  return info;
 }
 
-constexpr int kSpoolFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+// Gives a file or folder that root has made to whom it is for; others cannot and need not.
+bool GiveTo(const File& made, uid_t user, gid_t group) {
+  return geteuid() != 0 || fchown(made.get(), user, group) == 0;
+}
+
+// Makes the folder when only it is missing; true when it did.
+bool MakeSpool() {
+  const bool is_new = mkdir(kSpool, 0700) == 0;
+  if (!is_new && errno != EEXIST) {
+    Fail(errno, kSpool);
+  }
+  return is_new;
+}
+
+void GiveToPackage(const File& folder) {
+  const auto package = FindAccount(DORV_PACKAGE_USER);
+  if (folder && package && !GiveTo(folder, package->uid, package->group)) {
+    Fail(errno, kSpool);
+  }
+}
 
 // A new name for the notification of that moment. Times have the same width, so that names sort by
 // them; process and number tell those of one moment apart.
@@ -64,8 +88,10 @@ bool WriteAll(int file, const std::string& content) {
   return true;
 }
 
-// Makes a file appear in a folder as a whole and for good; otherwise throws, and there is none.
+// Makes a file of the folder's owner appear in it as a whole and for good; otherwise throws, and
+// there is none.
 void WriteDurably(const File& folder, const std::string& name, const std::string& content) {
+  const struct stat owner = CheckSpool(folder);
   const std::string temporary = "." + name;
   const File file(
       openat(folder.get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
@@ -77,7 +103,8 @@ void WriteDurably(const File& folder, const std::string& name, const std::string
     unlinkat(folder.get(), written.c_str(), 0);
     Fail(error, written);
   };
-  if (!WriteAll(file.get(), content) || fsync(file.get()) != 0 ||
+  if (!GiveTo(file, owner.st_uid, owner.st_gid) || !WriteAll(file.get(), content) ||
+      fsync(file.get()) != 0 ||
       renameat(folder.get(), temporary.c_str(), folder.get(), name.c_str()) != 0) {
     take_back(temporary);
   }
@@ -113,11 +140,11 @@ std::optional<KeptNotification> Read(const File& folder, const std::string& name
 }  // namespace
 
 void Keep(KeptNotification notification) {
-  if (mkdir(kSpool, 0700) != 0 && errno != EEXIST) {
-    Fail(errno, kSpool);
-  }
+  const bool is_new = MakeSpool();
   const File folder(open(kSpool, kSpoolFlags));
-  CheckSpool(folder);
+  if (is_new) {
+    GiveToPackage(folder);
+  }
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
   notification.created = now.tv_sec;

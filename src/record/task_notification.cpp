@@ -136,7 +136,7 @@ bool Send(const char* event, const std::string& user,
 }  // namespace
 
 bool SendNotification(const std::string& event, const std::string& user, VLIBSZHASH* hash) {
-  constexpr int kNameSize = 493;  // bytes; the longest real name of the platform
+  constexpr int kNameSize = 493;  // bytes, as the platform is always given them
   char real_name[kNameSize] = {};
   if (util::HasNul(user) || VLIBUserRealNameGet(user.c_str(), real_name, kNameSize) != 0) {
     LOG_TASK_ERROR("Failed to get real name for %s", user.c_str());

@@ -49,6 +49,12 @@ class NotificationSpoolTest : public NotificationTest {
     return info.st_mode & 07777U;
   }
 
+  static uid_t OwnerOf(const fs::path& path) {
+    struct stat info {};
+    EXPECT_EQ(stat(path.c_str(), &info), 0);
+    return info.st_uid;
+  }
+
   static void MakeSpool(mode_t mode, uid_t owner, gid_t group = 0) {
     fs::create_directory(kSpool);
     ASSERT_EQ(chown(kSpool, owner, group), 0);
@@ -118,7 +124,7 @@ TEST_F(NotificationSpoolTest, OnlyTheLastFolderOfTheSpoolIsMade) {
 }
 
 TEST_F(NotificationSpoolTest, AFolderThatOthersCanUseIsRefused) {
-  for (const mode_t mode : {0701, 0702, 0704, 0777}) {
+  for (const mode_t mode : {0701, 0702, 0704, 0710, 0720, 0740, 0777}) {
     MakeSpool(mode, 0);
     EXPECT_EQ(Send("Done"), EPERM) << std::oct << mode;
     EXPECT_EQ(Failure(), kSpool + std::string(": Operation not permitted"));
@@ -155,18 +161,31 @@ int SendAsAlice() {
   return std::atoi(result.c_str());
 }
 
-TEST_F(NotificationSpoolTest, AnOrdinaryProcessNeedsAFolderOfItsOwnOrOfItsGroup) {
+TEST_F(NotificationSpoolTest, AnOrdinaryProcessNeedsAFolderOfItsOwn) {
+  for (const uid_t owner : {0U, 2002U, 2003U}) {
+    MakeSpool(0700, owner);
+    EXPECT_EQ(SendAsAlice(), EACCES);
+  }
   MakeSpool(0700, 2001);
   EXPECT_EQ(SendAsAlice(), 0);
-  MakeSpool(0770, 0, 2001);
-  EXPECT_EQ(SendAsAlice(), 0);
-  EXPECT_THAT(Kept(), SizeIs(2));
+}
+
+TEST_F(NotificationSpoolTest, RootMakesItForThePackagesUser) {
+  ASSERT_EQ(Send("Done"), 0);
+  EXPECT_EQ(OwnerOf(kSpool), 2003U);
+  ASSERT_THAT(Files(), SizeIs(1));
+  EXPECT_EQ(OwnerOf(Files()[0]), 2003U);
+  EXPECT_THAT(Kept(), SizeIs(1));
+}
+
+TEST_F(NotificationSpoolTest, WhatRootKeepsInAFolderIsItsOwners) {
+  MakeSpool(0700, 2003, 2003);
+  ASSERT_EQ(Send("Done"), 0);
+  EXPECT_EQ(OwnerOf(Files()[0]), 2003U);
+  fs::remove_all(kSpool);
   MakeSpool(0700, 0);
-  EXPECT_EQ(SendAsAlice(), EACCES);
-  MakeSpool(0700, 2002);
-  EXPECT_EQ(SendAsAlice(), EACCES);
-  MakeSpool(0770, 2002, 2001);
-  EXPECT_EQ(SendAsAlice(), EPERM);
+  ASSERT_EQ(Send("Done"), 0);
+  EXPECT_EQ(OwnerOf(Files()[0]), 0U);
 }
 
 TEST_F(NotificationSpoolTest, ASpoolThatDoesNotExistHoldsNothing) {

@@ -86,7 +86,8 @@ void EnterPlatformNamespace() {
   ReplaceFile("/etc/passwd",
               "root:x:0:0::/root:/bin/sh\n"
               "alice:x:2001:2001::/:/bin/sh\n"
-              "bob:x:2002:2002::/:/bin/sh\n");
+              "bob:x:2002:2002::/:/bin/sh\n"
+              "Tarnwick:x:2003:2003::/:/usr/sbin/nologin\n");
   setenv("LC_ALL", "C", 1);
 }
 

@@ -29,8 +29,8 @@ void MakeReadOnly(const std::string& folder);
 void ReplaceFile(const std::string& file, const std::string& content);
 
 // The namespace of a process that uses the platform's folders: enters one in which /usr, /var/lib
-// and /var/spool can be extended and the users are root, alice (2001) and bob (2002), and chooses
-// the language "C".
+// and /var/spool can be extended and the users are root, alice (2001), bob (2002) and the package's
+// own (2003), and chooses the language "C".
 void EnterPlatformNamespace();
 
 }  // namespace test_support

@@ -24,7 +24,8 @@ class SharedTableControl : public Interface {
   /// Inserts the present fields of @p record and, on success, sets its key.
   bool Create(Record& record) override;
 
-  /// Writes the present fields of @p record to the row with its key. True also when there is none.
+  /// Writes the present fields of @p record to the row with its key. True also when there is none;
+  /// false when only the key is present, but for a plug-in's state, whose update has its key.
   bool Update(const Record& record) override;
 
   /// Deletes the rows with these keys. False for no keys, without asking the database.

@@ -119,6 +119,7 @@ int DBOperator<Record>::Count(const Condition& condition) {
   query.SelectField<int>("COUNT(*)", count);
   query.Where(condition);
   if (!query.Execute()) {
+    // Capitalised unlike List()'s, on purpose: who watches the log knows both texts as they are.
     DORVDL_LOG(LOG_ERR, "Failed to execute Count operation");
     return -1;
   }

@@ -9,8 +9,10 @@
 /// "created" (seconds since the epoch) and "placeholders" (an object of strings). Bytes that are no
 /// UTF-8 stand in it as they came.
 ///
-/// The folder belongs to root or to the process's effective user, and others have no access to it;
-/// one that looks different is not used. The files are readable by their owner only.
+/// The folder belongs to the package's own user (the build option DORV_PACKAGE_USER, "Tarnwick"
+/// unless set), to root or to the process's effective user, and nobody else has access to it; one
+/// that looks different is not used. The files belong to the folder's owner, also when root writes
+/// them, and so does to the package's user, where there is one, the folder that root makes.
 #ifndef DORV_NOTIFICATION_SPOOL_H_
 #define DORV_NOTIFICATION_SPOOL_H_
 

@@ -274,6 +274,13 @@ TEST_F(TaskNotificationTest, TheRealNameIsAddressedAndNamedWhenThePlatformRefuse
   EXPECT_EQ(TakeLog(), Line("Failed to send notification event for user [Alice], ret=28"));
 }
 
+TEST_F(TaskNotificationTest, TheBufferForTheRealNameIsZeroed) {
+  platform_.leaves_name_alone = true;
+  EXPECT_TRUE(SendNotification("E", "alice", nullptr));
+  EXPECT_EQ(platform_.TakeCalls().back(),
+            "DORVSendPersonalNotifiction(\"E\", \"\", \"Tarnwick\", nullptr)");
+}
+
 TEST_F(TaskNotificationTest, NamesAreNoFormats) {
   platform_.get_real_name = -1;
   EXPECT_FALSE(SendNotification("E", "%s%n", nullptr));
