@@ -83,8 +83,7 @@ TEST_F(HeapTest, AskingForAQuotaTakesNoneBesideTheLog) {
   EXPECT_EQ(Allocations([] { DORVDLQuotaCheck(1026, "/volume1", 5); }), 0);
   platform_.is_admin = -1;
   EXPECT_EQ(Allocations([] { DORVDLQuotaCheck(1026, "/volume1", 5); }), Allocations([] {
-              syslog(LOG_ERR, "%s:%d %s", "file", 10,
-                     "Failed to check if uid 1026 is admingroup");
+              syslog(LOG_ERR, "%s:%d %s", "file", 10, "Failed to check if uid 1026 is admingroup");
             }));
 }
 
