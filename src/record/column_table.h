@@ -30,8 +30,8 @@ struct Accessors {
 };
 
 // The kinds of fields. Each says which values of the server it can be read from, how a reader of
-// such a value (see Column::Store()) is asked for it, and how its own value is handed to SOCI and
-// to the query builder.
+// such a value (see Column::Store()) is asked for it (for texts the column knows more about that),
+// and how its own value is handed to SOCI and to the query builder.
 struct IntField : Accessors<std::int32_t, std::int32_t> {
   static constexpr auto kKind = dorvdbquery::ValueKind::kInt;
   template <typename Reader>
@@ -58,10 +58,6 @@ struct BoolField : Accessors<bool, bool> {
 };
 struct TextField : Accessors<const std::string&, std::string> {
   static constexpr auto kKind = dorvdbquery::ValueKind::kText;
-  template <typename Reader>
-  static std::string Read(const Reader& reader) {
-    return reader.Text();
-  }
   const std::string& SqlValue(const MessageLite& message) const { return get(message); }
 };
 using Field = std::variant<IntField, BigintField, BoolField, TextField>;
@@ -127,20 +123,26 @@ class Column {
   void Store(MessageLite& message, const Reader& reader) const {
     std::visit(
         [&](const auto& field) {
-          auto value = field.Read(reader);
-          if constexpr (std::is_same_v<decltype(value), std::string>) {
-            if (reader.IsNull()) {
-              value = *null_text_;
-            } else if (conversion_ != nullptr) {
-              value = conversion_(value);
-            }
+          using FieldType = std::decay_t<decltype(field)>;
+          if constexpr (std::is_same_v<FieldType, TextField>) {
+            field.set(message, TextFrom(reader));
+          } else {
+            field.set(message, FieldType::Read(reader));
           }
-          field.set(message, std::move(value));
         },
         field_);
   }
 
  private:
+  template <typename Reader>
+  std::string TextFrom(const Reader& reader) const {
+    if (null_text_ && reader.IsNull()) {
+      return *null_text_;
+    }
+    std::string text = reader.Text();
+    return conversion_ == nullptr ? std::move(text) : conversion_(text);
+  }
+
   template <typename T>
   Column With(T Column::*member, T value) const {
     Column copy = *this;
