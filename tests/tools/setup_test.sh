@@ -31,6 +31,13 @@ test_other_states_are_not_installed() {
   done
 }
 
+test_a_package_that_cannot_be_had_is_done_without_only_when_it_is_optional() {
+  answer not-installed
+  expect_status 1 bash -c '. "$1/scripts/setup-common" && need_packages some-package' bash "$checkout"
+  expect_status 0 bash -c '. "$1/scripts/setup-common" && want_packages some-package' bash "$checkout"
+  expect_contains "$output" "some-package cannot be had"
+}
+
 test_help_comes_before_any_package() {
   answer not-installed
   expect_status 0 "$checkout/scripts/test" --help
