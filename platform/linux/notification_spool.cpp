@@ -31,8 +31,8 @@ constexpr char kEnding[] = ".json";
 constexpr int kSpoolFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 // Throws unless the folder was opened and is such as the public header says: in another's folder
-// notifications could be read, and a link could make them land anywhere. Returns what it is.
-struct stat CheckSpool(const File& folder) {
+// notifications could be read, and a link could make them land anywhere.
+void CheckSpool(const File& folder) {
   struct stat info {};
   if (!folder || fstat(folder.get(), &info) != 0) {
     Fail(errno, kSpool);
@@ -43,7 +43,6 @@ struct stat CheckSpool(const File& folder) {
   if (!is_ours || (info.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
     Fail(EPERM, kSpool);
   }
-  return info;
 }
 
 // Gives a file or folder that root has made to whom it is for; others cannot and need not.
@@ -62,7 +61,7 @@ bool MakeSpool() {
 
 void GiveToPackage(const File& folder) {
   const auto package = FindAccount(DORV_PACKAGE_USER);
-  if (folder && package && !GiveTo(folder, package->uid, package->group)) {
+  if (package && !GiveTo(folder, package->uid, package->group)) {
     Fail(errno, kSpool);
   }
 }
@@ -91,7 +90,10 @@ bool WriteAll(int file, const std::string& content) {
 // Makes a file of the folder's owner appear in it as a whole and for good; otherwise throws, and
 // there is none.
 void WriteDurably(const File& folder, const std::string& name, const std::string& content) {
-  const struct stat owner = CheckSpool(folder);
+  struct stat owner {};
+  if (fstat(folder.get(), &owner) != 0) {
+    Fail(errno, kSpool);
+  }
   const std::string temporary = "." + name;
   const File file(
       openat(folder.get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
@@ -142,6 +144,7 @@ std::optional<KeptNotification> Read(const File& folder, const std::string& name
 void Keep(KeptNotification notification) {
   const bool is_new = MakeSpool();
   const File folder(open(kSpool, kSpoolFlags));
+  CheckSpool(folder);
   if (is_new) {
     GiveToPackage(folder);
   }

@@ -71,6 +71,7 @@ std::vector<std::string> ColumnTable::Names() const {
 
 std::vector<std::string> ColumnTable::PresentNames(const MessageLite& message) const {
   std::vector<std::string> names;
+  names.reserve(columns_.size());
   for (const Column& column : columns_) {
     if (column.IsPresent(message)) {
       names.push_back(column.name());
@@ -81,6 +82,7 @@ std::vector<std::string> ColumnTable::PresentNames(const MessageLite& message) c
 
 std::vector<dorvdbquery::Parameter> ColumnTable::PresentValues(const MessageLite& message) const {
   std::vector<dorvdbquery::Parameter> values;
+  values.reserve(columns_.size());
   ForEachPresent(columns_, message, [&](const Column&, const auto& field) {
     values.push_back(dorvdbquery::ToParameter(field.SqlValue(message)));
   });
