@@ -110,8 +110,8 @@ int DORVDLQuotaCheck(uid_t uid, const char* path, unsigned long long bytes) {
   // One line for both steps: whoever reads the log looks for the pair under it. The question is
   // asked also when the switch was refused, for the process may be allowed to ask it as it is.
   constexpr int kLine = __LINE__;
-  const dorvdl::util::SavedIds ids = dorvdl::util::EnterCriticalSection(DORVDL_SOURCE, kLine);
+  dorvdl::util::CriticalSection section(DORVDL_SOURCE, kLine);
   const int is_enough = DORVQuotaIsEnough(uid, path, bytes);
-  dorvdl::util::LeaveCriticalSection(ids, DORVDL_SOURCE, kLine);
+  section.Leave(DORVDL_SOURCE, kLine);
   return is_enough == 1 ? 0 : -1;
 }

@@ -16,6 +16,7 @@
 #include <locale>
 #include <memory>
 
+#include "util/id_lock.h"
 #include "util/text.h"
 
 namespace dorvdl::record {
@@ -75,6 +76,9 @@ bool SetEnvironmentUser(const std::string& user) {
 
 // What the status means, in the user's language; empty when it cannot be loaded.
 std::string StatusMessage(const std::string& user, int status) {
+  // Another thread that opens a connection, which happens under this lock, reads the environment;
+  // and one that tells another user's failure would change whose language this one gets.
+  const util::IdLock lock;
   DorvCgiContext context = {};
   // Harmless for a zeroed context, so it may also follow a failure before the first call.
   const std::unique_ptr<DorvCgiContext, decltype(&DorvCgiFree)> release(&context, &DorvCgiFree);

@@ -5,6 +5,9 @@
 #include <cerrno>
 #include <cstring>
 #include <type_traits>
+#include <utility>
+
+#include "util/id_lock.h"
 
 namespace dorvdl::util {
 namespace {
@@ -59,21 +62,21 @@ bool SetEffective(const IdCalls& calls, Id id, const char* file, int line) {
 
 // Group before user: the real or saved group id allows the group already to a process that is not
 // root yet. When it is refused the user stays as well: nothing is to run as half of root.
-bool BecomeRoot(const SavedIds& current, const char* file, int line) {
-  return (current.gid == 0 || SetEffective(kGroup, 0, file, line)) &&
-         (current.uid == 0 || SetEffective(kUser, 0, file, line));
+bool BecomeRoot(uid_t uid, gid_t gid, const char* file, int line) {
+  return (gid == 0 || SetEffective(kGroup, 0, file, line)) &&
+         (uid == 0 || SetEffective(kUser, 0, file, line));
 }
 
 // Whoever reads the authorisation log expects the same steps for every change of user, so root is
 // regained, and logged as such, also by a process that is root already. A user id that did not
 // change is no reason to become root, even if the group then cannot be set. A refused call ends it:
 // going on would leave root's group to a process that can no longer give it up.
-bool Restore(const SavedIds& saved, const char* file, int line) {
+bool Restore(uid_t saved_uid, gid_t saved_gid, const char* file, int line) {
   const uid_t uid = geteuid();
   const gid_t gid = getegid();
-  return (saved.uid == uid || SetEffective(kUser, 0, file, line)) &&
-         (saved.gid == gid || SetEffective(kGroup, saved.gid, file, line)) &&
-         (saved.uid == uid || SetEffective(kUser, saved.uid, file, line));
+  return (saved_uid == uid || SetEffective(kUser, 0, file, line)) &&
+         (saved_gid == gid || SetEffective(kGroup, saved_gid, file, line)) &&
+         (saved_uid == uid || SetEffective(kUser, saved_uid, file, line));
 }
 
 // Logs and leaves in errno how a section began or ended; also when nothing had to change, so that
@@ -120,18 +123,27 @@ bool EndRunAs(uid_t uid, gid_t gid) {
 
 }  // namespace
 
-SavedIds EnterCriticalSection(const char* file, int line) noexcept {
-  const SavedIds saved{geteuid(), getegid()};
-  Report(BecomeRoot(saved, file, line), "ENTERCriticalSection", file, line);
-  return saved;
+CriticalSection::CriticalSection(const char* file, int line) noexcept
+    : is_locked_((LockIds(), true)), uid_(geteuid()), gid_(getegid()) {
+  Report(BecomeRoot(uid_, gid_, file, line), "ENTERCriticalSection", file, line);
 }
 
-void LeaveCriticalSection(const SavedIds& saved, const char* file, int line) noexcept {
-  Report(Restore(saved, file, line), "LEAVECriticalSection", file, line);
+CriticalSection::~CriticalSection() { Unlock(); }
+
+void CriticalSection::Leave(const char* file, int line) noexcept {
+  const IdLock lock;  // a second call has no other
+  Report(Restore(uid_, gid_, file, line), "LEAVECriticalSection", file, line);
+  Unlock();
+}
+
+void CriticalSection::Unlock() noexcept {
+  if (std::exchange(is_locked_, false)) {
+    UnlockIds();
+  }
 }
 
 RunAsGuard::RunAsGuard(uid_t uid, gid_t gid, const char* source_file, int source_line) noexcept
-    : saved_uid(geteuid()),
+    : saved_uid((LockIds(), geteuid())),
       saved_gid(getegid()),
       file(source_file),
       line(source_line),
@@ -146,6 +158,7 @@ RunAsGuard::~RunAsGuard() {
   if (!EndRunAs(saved_uid, saved_gid)) {
     syslog(LOG_AUTH | LOG_CRIT, "%s:%d ERROR: ~%s(%d, %d)", file, line, name, saved_uid, saved_gid);
   }
+  UnlockIds();
 }
 
 }  // namespace dorvdl::util
