@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "dbquery/exchange.h"
+
 namespace dorvdbquery {
 namespace {
 
@@ -11,54 +13,42 @@ soci::postgresql_statement_backend& Backend(soci::details::statement_backend* ba
   return *static_cast<soci::postgresql_statement_backend*>(backend);
 }
 
-// Binds all values of a statement at once, in place: SOCI's own elements would copy each value,
-// cut it at an embedded NUL and put it into the text of exceptions.
-class ParameterElement : public soci::details::use_type_base {
- public:
-  explicit ParameterElement(const std::vector<Parameter>& parameters) {
-    values_.reserve(parameters.size());
-    for (const Parameter& parameter : parameters) {
-      // libpq's interface lacks the const; nothing writes to the values.
-      values_.push_back(parameter ? const_cast<char*>(parameter->c_str()) : nullptr);
-    }
+Answer Send(SessionState& state, const SqlText& sql) {
+  if (sql.parameters().empty()) {
+    return Ask(state, sql.text().c_str());
   }
-
-  void bind(soci::details::statement_impl& statement, int& position) override {
-    auto& buffers = Backend(statement.get_backend()).useByPosBuffers_;
-    for (char*& value : values_) {
-      buffers.emplace_hint(buffers.end(), position++, &value);
-    }
+  Arguments arguments(sql.parameters().size());
+  for (const Parameter& parameter : sql.parameters()) {
+    arguments.AddText(parameter ? parameter->c_str() : nullptr);
   }
-
-  // For an element without a name SOCI would look among the names it found in the text.
-  std::string get_name() const override { return "values"; }
-  void dump_value(std::ostream&) const override {}
-  void pre_exec(int) override {}
-  void pre_use() override {}
-  void post_use(bool) override {}
-  void clean_up() override {}
-  std::size_t size() const override { return 1; }
-
- private:
-  std::vector<char*> values_;
-};
+  return Ask(state, sql.text().c_str(), arguments);
+}
 
 }  // namespace
 
-Execution::Execution(soci::session& session, SqlText sql, const std::vector<Target>& targets)
-    : sql_(std::move(sql)), statement_(session) {
+Execution::Execution(SessionState& state, SqlText sql, const std::vector<Target>& targets)
+    : sql_(std::move(sql)), statement_(state.session) {
   statement_.alloc();
   for (const Target& add_target : targets) {
     add_target(statement_);
   }
-  if (!sql_.parameters().empty()) {
-    statement_.exchange(soci::details::use_type_ptr(new ParameterElement(sql_.parameters())));
-  }
-  statement_.prepare(sql_.text(), soci::details::st_one_time_query);
+  // SOCI would look for placeholders of its own in a text.
+  statement_.prepare("", soci::details::st_one_time_query);
   statement_.define_and_bind();
 }
 
-void Execution::Run(bool read_first_row) { statement_.execute(read_first_row); }
+bool Execution::Run(SessionState& state) {
+  Answer answer = Send(state, sql_);
+  const bool has_succeeded = IsSuccess(answer.get());
+  auto& backend = Backend(statement_.get_backend());
+  backend.result_.reset(answer.release());
+  if (has_succeeded) {
+    // This is how SOCI goes on with an answer that is there already.
+    backend.justDescribed_ = true;
+    statement_.execute(false);
+  }
+  return has_succeeded;
+}
 
 bool Execution::Fetch() { return statement_.fetch(); }
 

@@ -1,4 +1,4 @@
-// One run of one statement: the SOCI statement with its bindings, sent in a single round trip.
+// One run of one statement, sent in a single round trip, and the reading of its rows.
 #ifndef SRC_DBQUERY_EXECUTION_H_
 #define SRC_DBQUERY_EXECUTION_H_
 
@@ -7,36 +7,41 @@
 #include <soci/soci.h>
 
 #include <functional>
+#include <string>
 #include <vector>
+
+#include "dbquery/session_state.h"
 
 namespace dorvdbquery {
 
-// The statement is a one-time query: parsed, bound and executed in one round trip, where SOCI's
-// usual way takes three (prepare, execute, deallocate). Keeping statements prepared means keeping
-// objects of this class per session and text, and binding anew.
+// The statement is sent past SOCI, whose way takes three round trips (prepare, execute,
+// deallocate), copies each value, cuts it at an embedded NUL and puts it into the text of
+// exceptions. SOCI's statement is there for the targets: it is handed the answer, and reads the
+// rows into them.
 class Execution {
  public:
   using Target = std::function<void(soci::statement&)>;
 
-  // The session must outlive this object.
-  Execution(soci::session& session, SqlText sql, const std::vector<Target>& targets);
+  // The state must outlive the calls of Run() and Fetch(), not this object.
+  Execution(SessionState& state, SqlText sql, const std::vector<Target>& targets);
   Execution(const Execution&) = delete;
   Execution& operator=(const Execution&) = delete;
 
-  // Sends the statement; reads the first row when asked to. Throws what SOCI throws:
-  // postgresql_soci_error for a database error, anything else for a row that cannot be read.
-  void Run(bool read_first_row);
+  // Sends the statement and reads no row; false when it has failed. Throws what SOCI throws when
+  // rows such as the answer's cannot be read into the targets.
+  bool Run(SessionState& state);
 
-  // Reads the next row into the targets.
+  // Reads the next row into the targets; false when there is none. Whatever this throws is about
+  // the row, a postgresql_soci_error as well: a target's conversion may have asked a server itself.
   bool Fetch();
 
-  // The server's answer; null before Run() and when the connection broke.
+  // The server's answer; null before Run() and when there was none.
   const PGresult* result();
 
   const std::string& text() const { return sql_.text(); }
 
  private:
-  const SqlText sql_;  // owns the values that the statement points to, so it comes first
+  const SqlText sql_;
   soci::statement statement_;
 };
 

@@ -2,6 +2,8 @@
 
 #include <dorvdl/util/log.h>
 
+#include <cstring>
+
 namespace dorvdbquery {
 namespace {
 
@@ -10,25 +12,21 @@ constexpr char kLogSource[] = "dbquery/query";
 
 }  // namespace
 
-void LogFailedStatement(const PGresult* result, const std::string& statement) {
-  const auto field = [result](int code) -> std::string {
-    const char* const text = PQresultErrorField(result, code);
-    return text != nullptr ? text : "";
-  };
-  std::string sqlstate = field(PG_DIAG_SQLSTATE);
-  std::string message = field(PG_DIAG_MESSAGE_PRIMARY);
-  if (sqlstate.empty()) {
+void LogFailedStatement(const PGresult* result, const char* statement) {
+  const char* sqlstate = PQresultErrorField(result, PG_DIAG_SQLSTATE);
+  const char* message = PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY);
+  if (sqlstate == nullptr) {
     sqlstate = "08006";
     message = "the connection to the server is lost";
-  } else if (sqlstate.compare(0, 2, "22") == 0) {
+  } else if (std::strncmp(sqlstate, "22", 2) == 0) {
     message = "invalid value";
   }
-  DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to execute statement: [%s] %s: %s", sqlstate.c_str(),
-                message.c_str(), statement.c_str());
+  DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to execute statement: [%s] %s: %s", sqlstate,
+                message != nullptr ? message : "", statement);
 }
 
-void LogUnsentStatement(const std::string& reason) {
-  DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to execute statement: %s", reason.c_str());
+void LogUnsentStatement(const char* reason) {
+  DORVDL_LOG_AS(kLogSource, LOG_ERR, "Failed to execute statement: %s", reason);
 }
 
 }  // namespace dorvdbquery

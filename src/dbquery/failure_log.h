@@ -1,10 +1,8 @@
-// The log lines of statements that failed.
+// The log lines of statements that failed. Writing them allocates nothing.
 #ifndef SRC_DBQUERY_FAILURE_LOG_H_
 #define SRC_DBQUERY_FAILURE_LOG_H_
 
 #include <libpq-fe.h>
-
-#include <string>
 
 namespace dorvdbquery {
 
@@ -12,10 +10,10 @@ namespace dorvdbquery {
 // server's primary message and the statement's text with its placeholders. Never the message's
 // detail and never a value; the messages of class 22 (data exceptions) quote the input and are
 // left out. @p result may be null when there was no answer.
-void LogFailedStatement(const PGresult* result, const std::string& statement);
+void LogFailedStatement(const PGresult* result, const char* statement);
 
 // Logs at error level, from "dbquery/query", why a statement was not sent.
-void LogUnsentStatement(const std::string& reason);
+void LogUnsentStatement(const char* reason);
 
 }  // namespace dorvdbquery
 

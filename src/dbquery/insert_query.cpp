@@ -1,6 +1,7 @@
 #include <dorvdl/dbquery/insert_query.h>
 
 #include "dbquery/converted_values.h"
+#include "dbquery/session_state.h"
 
 namespace dorvdbquery {
 
@@ -12,12 +13,13 @@ InsertQuery::~InsertQuery() = default;
 void InsertQuery::UseConverted(
     const std::function<void(soci::values&, soci::indicator&)>& convert) {
   values_.clear();
-  if (session().handle() == nullptr) {
+  const auto state = session();
+  if (state == nullptr) {
     // Nothing can be sent, and SOCI frees converted values only with a session at hand.
     values_.resize(columns_.size());
     return;
   }
-  ConvertedValues converted(*session().handle());
+  ConvertedValues converted(state->session);
   soci::indicator indicator = soci::i_ok;
   convert(converted.values(), indicator);
   for (const std::string& column : columns_) {

@@ -1,11 +1,17 @@
+#include <arpa/inet.h>
 #include <dorvdl/dbquery/session.h>
 #include <dorvdl/dbquery/transaction.h>
 #include <dorvdl/util/log.h>
 #include <libpq/libpq-fs.h>
 
+#include <cstdint>
+#include <cstring>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
+#include "dbquery/exchange.h"
 #include "dbquery/local_file.h"
 #include "dbquery/session_state.h"
 
@@ -30,80 +36,115 @@ class OwnTransaction {
   std::optional<DefaultTransaction> transaction_;
 };
 
-void LogFailedTransfer(PGconn* connection, const char* what) {
-  const std::string message(PQerrorMessage(connection));
-  DORVDL_LOG(LOG_ERR, "Failed to %s large object: %s", what,
-             message.substr(0, message.find('\n')).c_str());
+// Runs a statement about a large object, as libpq's calls do on their way; null, and a line in the
+// log that says what could not be done, when it fails.
+Answer Call(SessionState& state, const char* what, const char* statement,
+            const Arguments& arguments) {
+  Answer answer = Ask(state, statement, arguments, AnswerForm::kBinary);
+  if (!IsSuccess(answer.get())) {
+    const std::string message(PQerrorMessage(state.connection()));
+    DORVDL_LOG(LOG_ERR, "Failed to %s large object: %s", what,
+               message.substr(0, message.find('\n')).c_str());
+    answer.reset();
+  }
+  return answer;
+}
+
+// The only value of an answer with one row.
+std::string_view ValueOf(const Answer& answer) {
+  return {PQgetvalue(answer.get(), 0, 0),
+          static_cast<std::size_t>(PQgetlength(answer.get(), 0, 0))};
+}
+
+// The same when it is an integer or an object id.
+std::uint32_t NumberOf(const Answer& answer) {
+  std::uint32_t number = 0;
+  std::memcpy(&number, ValueOf(answer).data(), sizeof(number));
+  return ntohl(number);
+}
+
+// Whether calls can be made; logs when they cannot.
+bool CanTransfer(const SessionState* state, const char* what) {
+  const bool is_usable = state != nullptr && !state->is_broken && state->Refusal() == nullptr;
+  if (!is_usable) {
+    DORVDL_LOG(LOG_ERR, "Failed to %s large object: no connection or transaction", what);
+    if (state != nullptr) {
+      state->FailScope();
+    }
+  }
+  return is_usable;
 }
 
 // Copies the rest of @p file into a new large object; 0 on failure.
-Oid Store(PGconn* connection, const LocalFile& file) {
-  const Oid oid = lo_creat(connection, INV_READ | INV_WRITE);
-  const int object = oid == InvalidOid ? -1 : lo_open(connection, oid, INV_WRITE);
-  bool sent = object >= 0;
-  bool read = true;
+Oid Store(SessionState& state, const LocalFile& file) {
   std::vector<char> piece(kPiece);
-  while (sent && read) {
+  const Answer made = Call(state, "write", "SELECT lo_create(0)", Arguments(0));
+  if (made == nullptr) {
+    return InvalidOid;
+  }
+  const Oid oid = NumberOf(made);
+  const std::string id = std::to_string(oid);
+  for (std::size_t stored = 0;;) {
     const ssize_t size = file.Read(piece.data(), piece.size());
-    read = size >= 0;
-    if (size <= 0) {
-      break;
+    if (size == 0) {
+      return oid;
     }
-    const auto length = static_cast<std::size_t>(size);
-    sent = lo_write(connection, object, piece.data(), length) == static_cast<int>(length);
+    if (size < 0) {
+      // The transaction may be the caller's and go on.
+      Call(state, "remove", "SELECT lo_unlink($1)", Arguments(1).AddText(id.c_str()));
+      return InvalidOid;
+    }
+    const std::string offset = std::to_string(stored);
+    const std::string_view bytes(piece.data(), static_cast<std::size_t>(size));
+    if (Call(state, "write", "SELECT lo_put($1, $2, $3)",
+             Arguments(3).AddText(id.c_str()).AddText(offset.c_str()).AddBytes(bytes)) == nullptr) {
+      return InvalidOid;
+    }
+    stored += bytes.size();
   }
-  sent = sent && lo_close(connection, object) == 0;
-  if (!sent) {
-    LogFailedTransfer(connection, "write");
-  } else if (!read) {
-    lo_unlink(connection, oid);  // the transaction may be the caller's and go on
-  }
-  return sent && read ? oid : InvalidOid;
 }
 
-// Copies the large object @p oid to @p file; false on failure.
-bool Load(PGconn* connection, Oid oid, const LocalFile& file) {
-  const int object = lo_open(connection, oid, INV_READ);
-  bool received = object >= 0;
+// Copies the large object @p oid to @p file; false on failure. The object is opened, so that all of
+// its pieces are of one moment.
+bool Load(SessionState& state, Oid oid, const LocalFile& file) {
+  const std::string id = std::to_string(oid);
+  const std::string mode = std::to_string(INV_READ);
+  const Answer opened = Call(state, "read", "SELECT lo_open($1, $2)",
+                             Arguments(2).AddText(id.c_str()).AddText(mode.c_str()));
+  if (opened == nullptr) {
+    return false;
+  }
+  const std::string object = std::to_string(NumberOf(opened));
+  const std::string most = std::to_string(kPiece);
   bool written = true;
-  std::vector<char> piece(kPiece);
-  while (received && written) {
-    const int size = lo_read(connection, object, piece.data(), piece.size());
-    received = size >= 0;
-    if (size <= 0) {
-      break;
+  for (std::size_t size = kPiece; written && size == kPiece;) {
+    const Answer piece = Call(state, "read", "SELECT loread($1, $2)",
+                              Arguments(2).AddText(object.c_str()).AddText(most.c_str()));
+    if (piece == nullptr) {
+      return false;
     }
-    written = file.Write(piece.data(), static_cast<std::size_t>(size));
+    size = ValueOf(piece).size();
+    written = file.Write(ValueOf(piece).data(), size);
   }
-  received = received && lo_close(connection, object) == 0;
-  if (!received) {
-    LogFailedTransfer(connection, "read");
-  }
-  return received && written;
+  const bool closed =
+      Call(state, "read", "SELECT lo_close($1)", Arguments(1).AddText(object.c_str())) != nullptr;
+  return written && closed;
 }
 
 }  // namespace
 
 unsigned Session::ClientSideLOImport(const std::string& path) {
   const LocalFile file = LocalFile::OpenRegular(path);
-  if (!file.IsOpen()) {
-    return 0;
-  }
-  if (state_ == nullptr || state_->failed_begins > 0) {
-    DORVDL_LOG(LOG_ERR, "Failed to write large object: no connection or transaction");
+  if (!file.IsOpen() || !CanTransfer(state_.get(), "write")) {
     return 0;
   }
   OwnTransaction transaction(*this, state_->connection());
-  if (state_->failed_begins > 0) {
-    return 0;
-  }
-  const Oid oid = Store(state_->connection(), file);
+  const Oid oid = state_->failed_begins == 0 ? Store(*state_, file) : InvalidOid;
   return oid != InvalidOid && transaction.Commit() ? oid : 0;
 }
 
 bool Session::ClientSideLOExport(unsigned long long oid, const std::string& path) {
-  if (state_ == nullptr || state_->failed_begins > 0) {
-    DORVDL_LOG(LOG_ERR, "Failed to read large object: no connection or transaction");
+  if (!CanTransfer(state_.get(), "read")) {
     return false;
   }
   ReplacedFile file(path);
@@ -113,8 +154,7 @@ bool Session::ClientSideLOExport(unsigned long long oid, const std::string& path
   OwnTransaction transaction(*this, state_->connection());
   return state_->failed_begins == 0 &&
          // An object id has 32 bits; what is above is the sign of the column it was kept in.
-         Load(state_->connection(), static_cast<Oid>(oid), file) && transaction.Commit() &&
-         file.Replace();
+         Load(*state_, static_cast<Oid>(oid), file) && transaction.Commit() && file.Replace();
 }
 
 }  // namespace dorvdbquery

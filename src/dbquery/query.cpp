@@ -1,5 +1,6 @@
 #include <dorvdl/dbquery/query.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <utility>
 
@@ -9,49 +10,78 @@
 
 namespace dorvdbquery {
 
+namespace {
+
+constexpr char kGone[] = "the session has no connection";
+
+// The longest message that the server reads, with some room for what frames the values. It hangs up
+// on a longer one.
+constexpr std::size_t kLongestMessage = 0x3fff0000;  // bytes
+
+// Whether the protocol cannot carry the statement.
+bool IsTooLarge(const SqlText& sql) {
+  std::size_t size = sql.text().size();
+  for (const Parameter& parameter : sql.parameters()) {
+    size += sizeof(std::int32_t) + (parameter ? parameter->size() : 0);
+  }
+  return size > kLongestMessage || sql.parameters().size() > PQ_QUERY_PARAM_MAX_LIMIT;
+}
+
+// Why the statement must not be sent; null when it may be.
+const char* Refusal(const SqlText& sql, const SessionState* state) {
+  if (!sql.refusal().empty()) {
+    return sql.refusal().c_str();
+  }
+  if (IsTooLarge(sql)) {
+    return "the statement is too large";
+  }
+  return state == nullptr ? kGone : state->Refusal();
+}
+
+}  // namespace
+
 Query::Query(const Session& session, std::string table)
-    : session_(session), table_(std::move(table)) {}
+    : session_(session.state_), table_(std::move(table)) {}
 
 Query::~Query() = default;
 
-bool Query::Execute() { return Run(true); }
+bool Query::Execute() { return Run() && (FetchNext(), true); }
 
-bool Query::Run(bool read_first_row) {
+bool Query::Run() {
   execution_.reset();
   SqlText sql = Statement();
-  SessionState* const state = session_.state_.get();
-  if (!sql.refusal().empty()) {
-    LogUnsentStatement(sql.refusal());
+  if (sql.text().empty() && sql.refusal().empty()) {
     return false;
   }
-  if (sql.text().empty()) {
+  const auto state = session();
+  if (const char* const reason = Refusal(sql, state.get())) {
+    LogUnsentStatement(reason);
+    if (state != nullptr) {
+      state->FailScope();
+    }
     return false;
   }
-  if (state == nullptr) {
-    LogUnsentStatement("the session has no connection");
-    return false;
-  }
-  if (state->failed_begins > 0) {
-    // Outside the transaction that it was meant for, the statement would last.
-    LogUnsentStatement("its transaction could not begin");
-    return false;
-  }
-  execution_ = std::make_unique<Execution>(state->session, std::move(sql), targets_);
+  auto execution = std::make_unique<Execution>(*state, std::move(sql), targets_);
   try {
-    execution_->Run(read_first_row);
-    return true;
-  } catch (const soci::postgresql_soci_error&) {
-    LogFailedStatement(execution_->result(), execution_->text());
-    execution_.reset();
-    return false;
+    if (!execution->Run(*state)) {
+      LogFailedStatement(execution->result(), execution->text().c_str());
+      return false;
+    }
   } catch (const soci::soci_error& error) {
-    // The context that SOCI adds holds the statement and its values.
+    // The context that SOCI adds holds its statement.
     throw soci::soci_error(error.get_error_message());
   }
+  execution_ = std::move(execution);
+  return true;
 }
 
 bool Query::FetchNext() {
   if (execution_ == nullptr) {
+    return false;
+  }
+  const auto state = session();  // reading notes in it whether there was a row
+  if (state == nullptr) {
+    LogUnsentStatement(kGone);
     return false;
   }
   try {

@@ -1,5 +1,6 @@
 #include <dorvdl/dbquery/session.h>
 #include <poll.h>
+#include <unistd.h>
 
 #include <utility>
 
@@ -24,21 +25,57 @@ std::string Quoted(const std::string& value) {
   return quoted + "'";
 }
 
+// How long to wait for a server that nobody answers for: without limits a call would hang for ever,
+// and one that opens a connection would do so as root.
+constexpr struct {
+  const char* option;
+  const char* value;
+} kWaitingLimits[] = {
+    {"connect_timeout", "10"},  // seconds, per address
+    {"keepalives_idle", "30"},  // seconds
+    {"keepalives_interval", "10"}, {"keepalives_count", "3"},
+    {"tcp_user_timeout", "60000"},  // milliseconds
+};
+
+// Those of the limits that libpq's environment and service file leave open, as a part of a
+// connection string.
+std::string WaitingLimits() {
+  const std::unique_ptr<PQconninfoOption, decltype(&PQconninfoFree)> defaults(PQconndefaults(),
+                                                                              &PQconninfoFree);
+  const auto is_set = [&defaults](const std::string& name) {
+    for (const PQconninfoOption* option = defaults.get();
+         option != nullptr && option->keyword != nullptr; ++option) {
+      if (name == option->keyword) {
+        return option->val != nullptr && *option->val != '\0';
+      }
+    }
+    return false;
+  };
+  std::string limits;
+  for (const auto& [option, value] : kWaitingLimits) {
+    if (!is_set(option)) {
+      limits.append(" ").append(option).append("=").append(value);
+    }
+  }
+  return limits;
+}
+
 void DropNotice(void*, const PGresult*) {}
 
 }  // namespace
 
 Session::Session() noexcept = default;
-Session::Session(std::unique_ptr<SessionState> state) noexcept : state_(std::move(state)) {}
+Session::Session(std::shared_ptr<SessionState> state) noexcept : state_(std::move(state)) {}
 Session::~Session() = default;
 Session::Session(Session&&) noexcept = default;
 Session& Session::operator=(Session&&) noexcept = default;
 
 Session Session::PGSQL(const std::string& user, const std::string& database) {
-  auto state = std::make_unique<SessionState>();
+  auto state = std::make_shared<SessionState>();
   state->session.open(soci::postgresql,
                       "user=" + Quoted(user) + " dbname=" + Quoted(database) +
-                          " application_name='libdorvdlcore' client_encoding='UTF8'");
+                          " application_name='libdorvdlcore' client_encoding='UTF8'" +
+                          WaitingLimits());
   // libpq would print the server's notices to the program's stderr. Those of the connecting itself
   // it does print: SOCI connects and gives no way in between.
   PQsetNoticeReceiver(state->connection(), DropNotice, nullptr);
@@ -46,13 +83,13 @@ Session Session::PGSQL(const std::string& user, const std::string& database) {
 }
 
 bool Session::Good() const {
-  if (state_ == nullptr || PQstatus(state_->connection()) != CONNECTION_OK) {
+  if (state_ == nullptr || state_->is_broken || PQstatus(state_->connection()) != CONNECTION_OK) {
     return false;
   }
   // An idle connection has nothing to say, so the other end's hang-up shows at once, while data
   // that waits in front of it (the server's farewell) would hide it from a read.
   pollfd socket{PQsocket(state_->connection()), POLLRDHUP, 0};
-  return poll(&socket, 1, 0) == 0;
+  return TEMP_FAILURE_RETRY(poll(&socket, 1, 0)) == 0;
 }
 
 soci::session* Session::handle() const { return state_ == nullptr ? nullptr : &state_->session; }

@@ -15,6 +15,7 @@
 #include <dorvdl/util/privilege.h>
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,13 +33,14 @@ namespace dorvdl::db {
 /// be read into a record is thrown (`soci::soci_error`, `std::bad_cast`) and leaves the session
 /// usable.
 ///
-/// An operator is a short-lived value; it must not outlive the session it was made with.
+/// An operator is a short-lived value. It keeps a share of its session's connection and goes on
+/// with that when the session object is gone.
 template <typename Record>
 class DBOperator {
  public:
   using Condition = dorvdbquery::Condition;
 
-  explicit DBOperator(DBSession& session) : session_(session) {}
+  explicit DBOperator(DBSession& session) : session_(session), connection_(session.share()) {}
   virtual ~DBOperator() = default;
 
   /// The table's name, a plain identifier.
@@ -46,7 +48,8 @@ class DBOperator {
   /// The name of the table's integer key column, a plain identifier.
   virtual const char* GetPrimaryKeyName() = 0;
 
-  dorvdbquery::Session& GetSession() { return session_.session(); }
+  /// The session that this operator was made with. Lives as long as this object.
+  dorvdbquery::Session& GetSession() { return *connection_; }
 
   /// The number of rows that meet @p condition; -1 on failure (logged).
   int Count(const Condition& condition);
@@ -109,7 +112,8 @@ class DBOperator {
     return Condition::ConditionFactory<int>(GetPrimaryKeyName(), "=", key);
   }
 
-  DBSession& session_;
+  [[maybe_unused]] DBSession& session_;  // may be gone: what is used is the share
+  std::shared_ptr<dorvdbquery::Session> connection_;
 };
 
 template <typename Record>

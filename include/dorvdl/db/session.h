@@ -18,14 +18,20 @@ class DORVDL_EXPORT DBSession {
   /// logged. When the switch fails the connection is tried with the ids as they are. Whether the
   /// connection is usable is not tested.
   ///
-  /// Changes process-wide state for its duration: no other thread may switch ids meanwhile.
+  /// Changes process-wide state for its duration (dorvdl/util/privilege.h): no other thread may
+  /// switch ids, or should act for a user, meanwhile. When nobody answers, that is until the limits
+  /// on waiting end it (dorvdl/dbquery/session.h).
   ///
   /// @throws soci::soci_error when the connection cannot be opened; the ids are restored before.
   DBSession();
   ~DBSession();
 
-  /// The query builder's session. Lives as long as this object.
+  /// The query builder's session. Lives as long as this object, and longer where share() was kept.
   dorvdbquery::Session& session() { return *session_; }
+
+  /// A share of the session for whoever has to go on with it when this object is gone. The
+  /// connection closes with its last holder.
+  const std::shared_ptr<dorvdbquery::Session>& share() const { return session_; }
 
  private:
   std::shared_ptr<dorvdbquery::Session> session_;

@@ -21,8 +21,9 @@ class statement;
 namespace dorvdbquery {
 
 class Execution;
+struct SessionState;
 
-/// A statement on one table. Must not outlive its session. Each execution is one round trip.
+/// A statement on one table. Each execution is one round trip; once its session is gone all fail.
 class DORVDL_EXPORT Query {
  public:
   virtual ~Query();
@@ -32,10 +33,13 @@ class DORVDL_EXPORT Query {
   /// Runs the statement with its bindings; a select reads its first row into the bound targets and
   /// leaves them untouched when there is none. True on success. False on any database error, a lost
   /// connection included: one line is logged at error level with SQLSTATE, the server's message
-  /// and the statement's text, never a value.
+  /// and the statement's text, never a value. False as well, with a line that says why, for what is
+  /// not sent at all: more than a statement can carry (65535 values, 1 GiB), or what the statement
+  /// itself refuses.
   ///
   /// @throws soci::soci_error (with the bare message) or std::bad_cast when a row cannot be read
-  ///         into its target. Session, statement and transaction stay usable.
+  ///         into its target, and what a program's own conversion throws. Session, statement and
+  ///         transaction stay usable.
   bool Execute();
 
   /// The statement's text and values as Execute() would send them; an empty text when there is
@@ -50,14 +54,16 @@ class DORVDL_EXPORT Query {
   Query(const Session& session, std::string table);
 
   const std::string& table() const { return table_; }
-  const Session& session() const { return session_; }
+  /// The session's connection; null when there is none.
+  std::shared_ptr<SessionState> session() const { return session_.lock(); }
 
   void AddTarget(Target target) { targets_.push_back(std::move(target)); }
 
-  /// Runs the statement; @p read_first_row decides whether the first row is fetched at once.
-  bool Run(bool read_first_row);
+  /// Runs the statement without reading a row. Result and failures as for Execute().
+  bool Run();
 
-  /// Reads the next row of the last execution; false when there is none.
+  /// Reads the next row of the last execution; false when there is none, and, after a line in the
+  /// log, when the session is gone.
   bool FetchNext();
 
   /// How many rows the last successful execution returned.
@@ -67,7 +73,7 @@ class DORVDL_EXPORT Query {
   long long AffectedRows() const;
 
  private:
-  const Session& session_;
+  const std::weak_ptr<SessionState> session_;
   std::string table_;
   std::vector<Target> targets_;
   std::unique_ptr<Execution> execution_;

@@ -92,7 +92,7 @@ class DORVDL_EXPORT SelectQuery : public SelectBase {
   void OrderBy(OrderExpression expression, Order order);
 
   /// Runs the statement without reading a row. Result and failures as for Execute().
-  bool ExecuteWithoutPreFetch() { return Run(false); }
+  bool ExecuteWithoutPreFetch() { return Run(); }
 
   /// Reads the next row into the bound targets; false when no row is left.
   ///

@@ -16,15 +16,28 @@ namespace dorvdbquery {
 
 struct SessionState;
 
-/// A connection to PostgreSQL. Movable, closed when destroyed. Belongs to one thread at a time;
-/// statements and transactions made on it must not outlive it.
+/// A connection to PostgreSQL. Movable, closed when destroyed. Belongs to one thread at a time.
+/// Statements and transactions made on it follow it when it is moved, and fail once it is gone.
+///
+/// A failure that the server did not send (no answer, a part of one, no memory for it) leaves it
+/// open what the connection brings next. Such a session is broken for good: it is hung up, so that
+/// the server rolls back, it is not Good(), and everything on it fails.
+///
+/// Waiting ends by itself when nobody is at the other end. Unless libpq's environment or service
+/// file says otherwise an address has 10 seconds to let the connection be opened
+/// (`connect_timeout`), and an open connection over TCP counts as lost when what was sent is not
+/// acknowledged for 60 seconds (`tcp_user_timeout`) or when, after 30 seconds of silence, three
+/// probes 10 seconds apart are not answered (`keepalives_idle` and its siblings). A server that
+/// acknowledges and never answers is not among these: what it works at is limited by its own
+/// `statement_timeout` only.
 class DORVDL_EXPORT Session {
  public:
   /// A session without a connection: not Good(), and every statement on it fails.
   Session() noexcept;
 
   /// Connects as the role @p user to @p database. Host, port, TLS, service and fail-over list come
-  /// from libpq's own environment. Uses the process's effective ids for peer authentication.
+  /// from libpq's own environment, so a set-uid program has to clear that first (docs/threads.md).
+  /// Uses the process's effective ids for peer authentication.
   ///
   /// @throws soci::soci_error when the connection cannot be opened.
   static Session PGSQL(const std::string& user, const std::string& database);
@@ -33,8 +46,8 @@ class DORVDL_EXPORT Session {
   Session(Session&&) noexcept;
   Session& operator=(Session&&) noexcept;
 
-  /// True while the connection is usable. Notices a connection that the server has closed, without
-  /// a round trip.
+  /// True while the connection is usable, also inside a failed transaction. Notices a connection
+  /// that the server has closed, without a round trip.
   bool Good() const;
 
   /// Stores the regular file at @p path as a new large object and returns its id, 0 on failure
@@ -57,9 +70,9 @@ class DORVDL_EXPORT Session {
   friend class Query;
   friend class Transaction;
 
-  explicit Session(std::unique_ptr<SessionState> state) noexcept;
+  explicit Session(std::shared_ptr<SessionState> state) noexcept;
 
-  std::unique_ptr<SessionState> state_;
+  std::shared_ptr<SessionState> state_;
 };
 
 }  // namespace dorvdbquery

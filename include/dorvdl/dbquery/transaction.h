@@ -6,22 +6,28 @@
 #include <dorvdl/dbquery/session.h>
 #include <dorvdl/util/export.h>
 
-#include <string>
+#include <memory>
 
 namespace dorvdbquery {
 
+struct SessionState;
+
 /// A scope whose statements happen as a whole or not at all. Made inside an open transaction it is
-/// a savepoint of that one. Scopes on one session must nest.
+/// a savepoint of that one. Scopes on one session must nest. A scope whose session is gone fails:
+/// it was rolled back with the connection.
 class DORVDL_EXPORT Transaction {
  public:
-  /// Rolls back unless Commit() was called. A rollback that fails is logged; nothing is thrown.
+  /// Rolls back unless Commit() was called. A rollback that fails is logged; nothing is thrown,
+  /// also when memory is short.
   ~Transaction();
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
 
-  /// Makes the scope's changes last. False when they did not: a statement in the scope had failed,
-  /// the begin had, the server turned the commit into a rollback, or the connection is lost (then
-  /// the outcome is unknown). Whatever the result, the scope is over; a second call is false.
+  /// Makes the scope's changes last. False when they did not: a statement in the scope had failed
+  /// or was refused before it was sent, the begin had failed, the server turned the commit into a
+  /// rollback, or the connection is lost (then the outcome is unknown). What failed in a scope
+  /// inside this one that was rolled back does not count. Whatever the result, the scope is over; a
+  /// second call is false.
   bool Commit();
 
  protected:
@@ -30,12 +36,17 @@ class DORVDL_EXPORT Transaction {
   explicit Transaction(Session& session);
 
  private:
-  void Rollback();
+  friend struct SessionState;
 
-  SessionState* const state_;
-  std::string savepoint_;  // empty for the outermost transaction
-  bool begun_ = false;
-  bool open_ = false;
+  void Rollback();
+  void Leave(SessionState& state);
+
+  const std::weak_ptr<SessionState> state_;
+  Transaction* outer_ = nullptr;
+  int savepoint_ = 0;  // its number; 0 for the outermost transaction
+  bool has_begun_ = false;
+  bool is_open_ = false;
+  bool has_failed_ = false;  // by what was refused; what the server refuses it remembers itself
 };
 
 /// A transaction with the server's default isolation.

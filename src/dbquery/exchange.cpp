@@ -1,0 +1,90 @@
+#include "dbquery/exchange.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace dorvdbquery {
+namespace {
+
+// How long a server whose connection takes no more data may still say why, in milliseconds. It has
+// said so before it hung up.
+constexpr int kFarewell = 100;
+
+// libpq does not say that sending has failed. It goes on to read, for a server that has hung up may
+// have said why; where only the sending failed it would wait for an answer that nobody was asked
+// for. What it leaves behind is the error number, which is 0 after a good send.
+void HangUpIfUnsent(PGconn* connection, int send_error) {
+  if (send_error == 0) {
+    return;
+  }
+  pollfd socket{PQsocket(connection), POLLIN, 0};
+  if (TEMP_FAILURE_RETRY(poll(&socket, 1, kFarewell)) <= 0) {
+    shutdown(socket.fd, SHUT_RDWR);
+  }
+}
+
+// Sends by @p send, whose result is libpq's, and receives.
+template <typename Send>
+Answer Exchange(SessionState& state, Send send) {
+  Answer answer;
+  if (state.is_broken) {
+    return answer;
+  }
+  PGconn* const connection = state.connection();
+  errno = 0;
+  if (send(connection) == 1) {
+    HangUpIfUnsent(connection, errno);
+    while (PGresult* const next = PQgetResult(connection)) {
+      answer.reset(next);
+    }
+  }
+  if (!IsSuccess(answer.get()) && !IsFromServer(answer.get())) {
+    state.Break();
+  }
+  return answer;
+}
+
+}  // namespace
+
+bool IsSuccess(const PGresult* answer) {
+  const ExecStatusType status = PQresultStatus(answer);
+  return status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK;
+}
+
+bool IsFromServer(const PGresult* answer) {
+  return PQresultErrorField(answer, PG_DIAG_SQLSTATE) != nullptr;
+}
+
+Arguments& Arguments::AddText(const char* text) {
+  values_.push_back(text);
+  if (!formats_.empty()) {
+    lengths_.push_back(0);  // of a text libpq finds it itself
+    formats_.push_back(0);
+  }
+  return *this;
+}
+
+Arguments& Arguments::AddBytes(std::string_view bytes) {
+  lengths_.resize(values_.size());
+  formats_.resize(values_.size());
+  values_.push_back(bytes.data());
+  lengths_.push_back(static_cast<int>(bytes.size()));
+  formats_.push_back(1);
+  return *this;
+}
+
+Answer Ask(SessionState& state, const char* text) {
+  return Exchange(state, [text](PGconn* connection) { return PQsendQuery(connection, text); });
+}
+
+Answer Ask(SessionState& state, const char* text, const Arguments& arguments, AnswerForm form) {
+  return Exchange(state, [&](PGconn* connection) {
+    return PQsendQueryParams(connection, text, arguments.count(), nullptr, arguments.values(),
+                             arguments.lengths(), arguments.formats(), static_cast<int>(form));
+  });
+}
+
+}  // namespace dorvdbquery
