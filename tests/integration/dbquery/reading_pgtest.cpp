@@ -1,5 +1,6 @@
 // Reading rows into targets, and what happens when a row cannot be read.
 #include <gtest/gtest.h>
+#include <soci/postgresql/soci-postgresql.h>
 
 #include <stdexcept>
 #include <typeinfo>
@@ -28,6 +29,9 @@ struct soci::type_conversion<dorvdbquery::Item> {
     item.pid = row.get<int>("pid");
     if (item.name == "thrown") {
       throw std::runtime_error("by the conversion");
+    }
+    if (item.name == "asked") {  // as a conversion does that asks a database itself
+      throw soci::postgresql_soci_error("by the conversion", "08006");
     }
   }
 };
@@ -74,6 +78,23 @@ TEST_F(ReadingTest, ASelectWithoutRowsIsTrueAndLeavesItsTargetsUntouched) {
   EXPECT_FALSE(record.Fetch());
   EXPECT_EQ(item.name, "untouched");
   EXPECT_EQ(test_support::TakeLog(), Lines{});
+}
+
+TEST_F(ReadingTest, ADatabaseErrorOfTheConversionIsNoAnswerOfTheServers) {
+  raw_.Run("INSERT INTO item (id, name) VALUES (1, 'asked'), (2, 'fine')");
+  DefaultTransaction transaction(session_);
+  Item item;
+  SelectQuery query(session_, "item");
+  query.Into(item);
+  ExpectBareError([&] { Ordered(query).Execute(); }, "by the conversion");
+  EXPECT_TRUE(query.Fetch());
+  EXPECT_EQ(item.name, "fine");
+  EXPECT_TRUE(query.ExecuteWithoutPreFetch());
+  ExpectBareError([&] { query.Fetch(); }, "by the conversion");
+  EXPECT_EQ(test_support::TakeLog(), Lines{});
+  EXPECT_TRUE(session_.Good());
+  EXPECT_TRUE(Insert(3));
+  EXPECT_TRUE(transaction.Commit());
 }
 
 TEST_F(ReadingTest, ExecuteReadsTheFirstRowAndFetchGoesOnWithTheSecond) {

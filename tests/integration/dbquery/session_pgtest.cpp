@@ -4,35 +4,18 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <optional>
 
 #include "integration/dbquery/query_test.h"
 #include "support/child.h"
+#include "support/environment.h"
 #include "support/temporary_folder.h"
 
 namespace dorvdbquery {
 namespace {
 
 using test_support::ConnectionOf;
+using test_support::Environment;
 using test_support::TakeLog;
-
-// Sets a variable of the environment while it lives.
-class Environment {
- public:
-  Environment(const char* name, const std::string& value) : name_(name) {
-    if (const char* const old = std::getenv(name)) {
-      old_ = old;
-    }
-    setenv(name, value.c_str(), 1);
-  }
-  ~Environment() { old_ ? setenv(name_, old_->c_str(), 1) : unsetenv(name_); }
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-
- private:
-  const char* name_;
-  std::optional<std::string> old_;
-};
 
 class SessionTest : public QueryTest {
  protected:
