@@ -91,14 +91,14 @@ Json::Value ListOwn(control::Controller& controller) {
 }
 
 // Rows that belong to nobody, but to a row that does: the request must name it, and it must be the
-// user's, for the table shows anybody everything.
+// user's, for the table shows anybody everything. Null when it is not, or could not be found out.
 template <typename Request, typename Option, typename Table, typename ParentControl,
           boost::optional<std::int32_t> Option::*parent_id>
 Json::Value ListBelow(control::Controller& controller) {
   const auto option = ReadOption<Request, Option>();
   const boost::optional<std::int32_t>& parent = option.*parent_id;
   if (!parent || !ParentControl(controller).Get(*parent).IsValid()) {
-    throw Refusal("the request must name a feed or task of the user");
+    return Json::nullValue;
   }
   return Answer(controller.Use<Table>(), option);
 }
@@ -136,6 +136,9 @@ Json::Value Handle(const std::string& kind, const std::string& user) {
       Json::Value answer = known.list(controller);
       if (!reading.Commit()) {
         throw Refusal("the database refused; the system log says why");
+      }
+      if (answer.isNull()) {
+        throw Refusal("the request must name a feed or task of the user");
       }
       return answer;
     }

@@ -128,6 +128,13 @@ TEXT
 3|1||||0|0|0'
 }
 
+test_import_adds_nothing_when_a_text_cannot_be_sent() {
+  query "INSERT INTO rss_feed (username) VALUES ('alice')"
+  refused 1 'no item was added' item import 1 - \
+    <<<$'{"title": "a"}\n{"title": "b\\u0000"}\n{"title": "c"}'
+  expect_equal "$(query 'SELECT count(*) FROM rss_item')" 0
+}
+
 test_import_adds_nothing_when_one_line_is_bad() {
   query "INSERT INTO rss_feed (username) VALUES ('alice')"
   local line

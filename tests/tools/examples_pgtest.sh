@@ -237,6 +237,10 @@ test_list_request_tells_a_failed_list_from_an_empty_one() {
   failed=$(refusal 'the database refused; the system log says why')
   answers 1 rss_item alice 'feed_id: 11 title_regex: "("' "$failed"
   answers 1 task alice 'common { sort_by: "no_column" }' "$failed"
+  answers 1 task alice 'common { sort_by: "no column" }' "$failed"
+  answers 1 task alice 'filename: "a\000b"' "$failed"
+  query "ALTER TABLE rss_feed RENAME TO elsewhere"
+  answers 1 rss_item alice 'feed_id: 11' "$failed"
 }
 
 test_list_request_says_nothing_about_the_server() {
