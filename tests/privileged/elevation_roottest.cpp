@@ -176,6 +176,16 @@ TEST(CriticalSectionTest, SavedIdsOfZeroAreEnoughToBecomeRoot) {
   EXPECT_EQ(report, "uids 1001 0 0, gids 2001 0 0; uids 1001 1001 0, gids 2001 2001 0");
 }
 
+TEST(CriticalSectionTest, AProcessThatMayBecomeRootsGroupButNotRootKeepsThatGroup) {
+  const std::string ids = RunInChild([] {
+    BecomeIds({1001, 1001, 1001}, {0, 2001, 0});
+    ENTERCriticalSection;
+    LEAVECriticalSection;
+    return test_support::CurrentIds();
+  });
+  EXPECT_EQ(ids, "uids 1001 1001 1001, gids 0 0 0");
+}
+
 TEST(CriticalSectionTest, WithoutPrivilegesTheKernelRefusesTheGroup) {
   const std::string report = RunInChild([] {
     BecomeIds({1001, 1001, 1001}, {2001, 2001, 2001});

@@ -91,6 +91,20 @@ TEST_F(DownloadQueueFileTest, ImportGivesATaskItsFileAndKeepsTheOldObject) {
   EXPECT_EQ(folder_.Read("out"), "second");
 }
 
+TEST_F(DownloadQueueFileTest, DeleteKeepsTheStoredFile) {
+  Task task;
+  ASSERT_TRUE(QueueOf("").Create(task, folder_.Write("f", "x")));
+  ASSERT_TRUE(QueueOf("").Delete({task.primary_key()}));
+  EXPECT_EQ(StoredObjects(), "1");
+}
+
+TEST_F(DownloadQueueFileTest, CreateTakesAFileIdThatTheRecordCarries) {
+  Task task;
+  task.mutable_proto().set_file_oid(77);
+  EXPECT_TRUE(QueueOf("alice").Create(task, ""));
+  EXPECT_EQ(raw_.Value("SELECT file_oid FROM download_queue"), "77");
+}
+
 TEST_F(DownloadQueueFileTest, ImportForATaskThatIsNotTheUsersStoresNothing) {
   const int id = Insert("username", "'bob'");
   EXPECT_FALSE(QueueOf("alice").LoImport(id, folder_.Write("f", "x")));
