@@ -3,8 +3,14 @@
 ///
 /// No shell is involved: every argument reaches the program as it is. The program is a path, which
 /// is not searched for in PATH, and becomes the first entry of its own argument list; it gets the
-/// environment of the caller. Both calls wait until the program has ended, also when signals arrive
-/// meanwhile. A process that ignores SIGCHLD never learns how its children ended and gets -1.
+/// environment of the caller and the open files that are not closed on execution, and starts with
+/// no signal blocked and SIGCHLD handled by default; what other signals the caller ignores stay
+/// ignored. Both calls wait until the program has ended, also when signals arrive meanwhile.
+///
+/// It does not matter how the caller handles SIGCHLD, also when it ignores the signal or a handler
+/// or another thread collects every child that ends, and nothing is changed about it. The parent of
+/// the program is a copy of the calling process, which ends after it; the caller's handler may see
+/// that one end and may collect it. Both calls can be made from several threads at once.
 #ifndef DORV_EXEC_H_
 #define DORV_EXEC_H_
 
