@@ -1,6 +1,7 @@
 #include <dorv/volume.h>
 #include <fcntl.h>
 #include <libmount.h>
+#include <sys/stat.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -11,13 +12,8 @@
 
 namespace {
 
-// The id of the mount that @p path lives on, as the mount table numbers it; -1 on failure. The
-// kernel is asked, not the path's text compared: a mount can lie hidden below a later one.
-int MountId(const char* path) {
-  const dorv::File file(open(path, O_PATH | O_CLOEXEC));
-  if (!file) {
-    return -1;
-  }
+// The id of the mount that an open file lives on, as /proc/self/fdinfo has it; -1 on failure.
+int ReadMountId(const dorv::File& file) {
   char name[sizeof("/proc/self/fdinfo/-2147483648")];
   std::snprintf(name, sizeof(name), "/proc/self/fdinfo/%d", file.get());
   int id = -1;
@@ -32,6 +28,20 @@ int MountId(const char* path) {
     std::fclose(info);
   }
   return id;
+}
+
+// The id of the mount that @p path lives on, as the mount table numbers it; -1 on failure. The
+// kernel is asked, not the path's text compared: a mount can lie hidden below a later one. Kernels
+// before 5.8 tell it in /proc only, which is closed to a process that has changed its ids.
+int MountId(const char* path) {
+  const dorv::File file(open(path, O_PATH | O_CLOEXEC));
+  if (!file) {
+    return -1;
+  }
+  struct statx info {};
+  const bool is_told = statx(file.get(), "", AT_EMPTY_PATH, STATX_MNT_ID, &info) == 0 &&
+                       (info.stx_mask & STATX_MNT_ID) != 0;
+  return is_told ? static_cast<int>(info.stx_mnt_id) : ReadMountId(file);
 }
 
 template <std::size_t kSize>

@@ -1,13 +1,36 @@
 // VolumePathParseEx and dorvfstool on mounts of the test's own.
+#include <dlfcn.h>
 #include <dorv/exec.h>
 #include <dorv/volume.h>
 #include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <string>
 
+#include "support/child.h"
+#include "support/identity.h"
 #include "support/mount_namespace.h"
+
+namespace {
+bool kernel_tells_mount_ids = true;
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) int statx(int folder, const char* path, int flags,
+                                                            unsigned mask,
+                                                            struct statx* to) noexcept {
+  const auto real =
+      reinterpret_cast<int (*)(int, const char*, int, unsigned, void*)>(dlsym(RTLD_NEXT, "statx"));
+  const int result = real(folder, path, flags, mask, to);
+  if (!kernel_tells_mount_ids) {
+    to->stx_mask &= ~STATX_MNT_ID;
+    to->stx_mnt_id = 0;
+  }
+  return result;
+}
 
 namespace test_support {
 namespace {
@@ -73,6 +96,42 @@ TEST_F(VolumeRootTest, AMountPointTooLongForTheRecordFails) {
   MountTmpfs("volume", kSize);
   EXPECT_EQ(VolumeOf("volume"), "");
   fs::current_path(before);
+}
+
+// Other kernels hide the folder from a process whose ids have changed; this one has it covered.
+TEST_F(VolumeRootTest, IsFoundWithOtherIdsWithoutReadingAboutOpenFiles) {
+  RunInChild([] {
+    EXPECT_EQ(mount("tmpfs", "/proc/self/fdinfo", "tmpfs", 0, nullptr), 0);
+    EXPECT_TRUE(fs::is_empty("/proc/self/fdinfo"));
+    for (const uid_t real : {0U, 1000U}) {
+      BecomeIds({real, 0, 0}, {0, 0, 0});
+      for (const uid_t effective : {1000U, 0U}) {
+        EXPECT_EQ(seteuid(effective), 0);
+        EXPECT_EQ(VolumeOf("/mnt"), "/mnt") << CurrentIds();
+      }
+    }
+    BecomeIds({1000, 1000, 1000}, {1000, 1000, 1000});
+    EXPECT_EQ(VolumeOf("/mnt"), "/mnt");
+    return "";
+  });
+}
+
+TEST_F(VolumeRootTest, IsFoundWhereTheKernelDoesNotTellMountIds) {
+  kernel_tells_mount_ids = false;
+  EXPECT_EQ(VolumeOf("/mnt"), "/mnt");
+  kernel_tells_mount_ids = true;
+}
+
+TEST_F(VolumeRootTest, TheToolIsRunAlsoWithOtherIds) {
+  const std::string reached = RunInChild([] {
+    std::signal(SIGCHLD, SIG_IGN);
+    BecomeIds({1000, 0, 0}, {1000, 0, 0});
+    std::string statuses = std::to_string(ToolStatus("/mnt"));
+    BecomeIds({1000, 1000, 0}, {1000, 1000, 0});
+    return statuses +=
+           ' ' + std::to_string(VLIBCExec("/bin/sh", "-c", "exit $(id -u)", nullptr, nullptr));
+  });
+  EXPECT_EQ(reached, "1 " + std::to_string(1000 % 256));
 }
 
 TEST_F(VolumeRootTest, TheToolTellsAReadOnlyVolume) {

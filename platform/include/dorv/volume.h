@@ -19,7 +19,7 @@ typedef struct DorvVolumeInfo {
 ///
 /// @param path  zero-terminated path of something that exists; symbolic links are followed, a
 ///              relative path starts at the working folder. Must not be null. The caller needs
-///              search permission on the way to it, no other.
+///              search permission on the way to it, no other, and may have changed its ids.
 /// @param info  receives the answer; owned by the caller, must not be null.
 /// @return 0 on success; -1 when the path does not exist or cannot be reached, when the mount table
 ///         cannot be read or does not show its volume, or when a text does not fit, and then the
