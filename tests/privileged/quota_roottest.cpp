@@ -1,4 +1,5 @@
 // Quotas as the system could answer, for a volume that names a device of the test's own.
+#include <dorv/exec.h>
 #include <dorv/quota.h>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
@@ -40,6 +41,7 @@ namespace {
 
 constexpr uid_t kAlice = 2001;
 constexpr char kVolume[] = "/mnt/volume";
+constexpr char kOther[] = "/mnt/other";
 constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
 constexpr std::uint64_t kKibibyte = 1024;
 
@@ -49,6 +51,7 @@ class QuotaTest : public testing::Test {
     EnterMountNamespace();
     MountTmpfs("/mnt", 1048576);
     std::filesystem::create_directory(kVolume);
+    std::filesystem::create_directory(kOther);
     ASSERT_EQ(mount("/dev/volume", kVolume, "tmpfs", 0, "size=65536"), 0);
     std::filesystem::create_directory(kVolume + std::string("/folder"));
   }
@@ -152,12 +155,57 @@ TEST_F(QuotaTest, VolumesWithoutQuotasAreEnough) {
 }
 
 TEST_F(QuotaTest, AVolumeWithoutADeviceIsNotAskedFor) {
+  answer_error = EPERM;
   EXPECT_EQ(Ask(kMost, "/mnt"), 1);
+  for (const char* const source : {"tank/data", "//server/share", "server:/export", "none"}) {
+    ASSERT_EQ(mount(source, kOther, "tmpfs", 0, "size=65536"), 0);
+    EXPECT_EQ(Ask(kMost, kOther), 1) << source;
+    umount(kOther);
+  }
   EXPECT_EQ(asked, "");
 }
 
+// Pools and folders of the network can be called like a file that there is not.
+TEST_F(QuotaTest, AVolumeThatIsNotOnABlockDeviceHasNoQuotas) {
+  answer_error = ENOENT;
+  EXPECT_EQ(Ask(kMost), 1);
+}
+
+// A file system on a block device called /mnt/disk.
+class DiskQuotaTest : public QuotaTest {
+ protected:
+  void SetUp() override {
+    const char* const script =
+        "truncate -s 512K /mnt/image && /usr/sbin/mkfs.ext4 -q -F -O ^has_journal /mnt/image &&"
+        "loop=$(/usr/sbin/losetup --find --show /mnt/image) && cp -a $loop /mnt/disk &&"
+        "mount /mnt/disk /mnt/other && /usr/sbin/losetup --detach $loop";
+    if (VLIBCExec("/bin/sh", "-c", script, nullptr, nullptr) != 0) {
+      GTEST_SKIP() << "there are no loop devices here";
+    }
+  }
+  ~DiskQuotaTest() override {
+    umount(kOther);
+    std::filesystem::remove("/mnt/disk");
+    std::filesystem::remove("/mnt/image");
+  }
+};
+
+TEST_F(DiskQuotaTest, AUserWhomTheFileSystemDoesNotKnowHasNoLimit) {
+  for (const int error : {ENOENT, ESRCH}) {
+    answer_error = error;
+    EXPECT_EQ(Ask(kMost, kOther), 1) << error;
+  }
+  EXPECT_EQ(asked, "/mnt/disk 2001");
+}
+
+TEST_F(DiskQuotaTest, WithoutTheFileOfTheDeviceItIsNotEnough) {
+  answer_error = ENOENT;
+  std::filesystem::remove("/mnt/disk");
+  EXPECT_EQ(Ask(0, kOther), -1);
+}
+
 TEST_F(QuotaTest, WithoutAnAnswerItIsNotEnough) {
-  for (const int error : {EPERM, EACCES, ENOENT, EFAULT, EIO, ENOMEM}) {
+  for (const int error : {EPERM, EACCES, EFAULT, EIO, ENOMEM}) {
     answer_error = error;
     EXPECT_EQ(Ask(0), -1) << error;
   }
