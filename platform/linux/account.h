@@ -1,4 +1,7 @@
 // Users and groups as the account database has them, for the library's own use.
+//
+// All of these throw std::system_error when the database cannot be read, and may throw
+// std::bad_alloc.
 #ifndef DORV_LINUX_ACCOUNT_H_
 #define DORV_LINUX_ACCOUNT_H_
 
@@ -16,12 +19,14 @@ struct Account {
   gid_t group;  // the primary one
 };
 
-// The account of that name or id; none when there is no such account or the database cannot be
-// read. All of these may throw std::bad_alloc.
+// The account of that name or id; none when there is no such account.
 std::optional<Account> FindAccount(const char* name);
 std::optional<Account> FindAccount(uid_t uid);
 
-// The id of the group of that name; none as above.
+// The account of that name, or else the first in the database whose name differs in case only.
+std::optional<Account> FindAccountInAnyCase(const std::string& name);
+
+// The id of the group of that name; none when there is no such group.
 std::optional<gid_t> FindGroup(const char* name);
 
 // The groups that an account belongs to, the primary one included.

@@ -6,8 +6,8 @@
 
 namespace dorv {
 
-// The result of @p work, or @p failure when it throws: memory is short then, for what else can
-// happen is reported in other ways.
+// The result of @p work, or @p failure when it throws: memory is short then, or the account
+// database cannot be read.
 template <typename Result, typename Work>
 Result Guarded(Result failure, Work work) noexcept {
   try {

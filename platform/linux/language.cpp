@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <system_error>
 
+#include "account.h"
 #include "ini.h"
 #include "plain_name.h"
 
@@ -25,7 +26,9 @@ std::string LanguageOfSettings(const std::string& user) {
     return "";
   }
   try {
-    return LanguageOfLocale(ReadIni(std::string(DORV_USER_SETTINGS) + "/" + user)[""]["language"]);
+    const auto account = FindAccountInAnyCase(user);
+    const std::string& name = account ? account->name : user;
+    return LanguageOfLocale(ReadIni(std::string(DORV_USER_SETTINGS) + "/" + name)[""]["language"]);
   } catch (const std::system_error&) {
     return "";
   }

@@ -9,9 +9,9 @@ namespace dorv {
 
 // The languages in which a user is to be addressed, best first, as lower-case codes such as "de":
 // that of the user's settings file, the locale's, English; the last is English in any case. The
-// settings file is `<DORV_USER_SETTINGS>/<user>`, in INI form, with a line `language=de` at its
-// top; one that cannot be read or understood counts as missing, and so does that of a user whose
-// name is no plain file name.
+// settings file is `<DORV_USER_SETTINGS>/<user>`, under the real name where @p user differs from
+// one in case only, in INI form, with a line `language=de` at its top; one that cannot be read or
+// understood counts as missing, and so does that of a user whose name is no plain file name.
 std::vector<std::string> LanguagesOf(const std::string& user);
 
 }  // namespace dorv

@@ -49,11 +49,12 @@ void Send(const std::string& event, const std::string& user, const std::string& 
       Fail(EINVAL, "name of an event, user or application");
     }
   }
-  if (!FindAccount(user.c_str())) {
+  const auto account = FindAccountInAnyCase(user);
+  if (!account) {
     Fail(ESRCH, "user " + user);
   }
-  Sections templates =
-      ReadLocalisedTexts(std::string(DORV_APPLICATIONS) + "/" + application, "notifications", user);
+  Sections templates = ReadLocalisedTexts(std::string(DORV_APPLICATIONS) + "/" + application,
+                                          "notifications", account->name);
   Texts& texts = templates[event];
   if (texts.count("title") == 0 || texts.count("message") == 0) {
     Fail(ENOENT, "template of event " + event);
@@ -61,7 +62,7 @@ void Send(const std::string& event, const std::string& user, const std::string& 
   dorvdl::common::KeptNotification notification;
   notification.event = event;
   notification.application = application;
-  notification.user = user;
+  notification.user = account->name;
   notification.title = FillIn(texts["title"], placeholders);
   notification.message = FillIn(texts["message"], placeholders);
   notification.placeholders = placeholders;

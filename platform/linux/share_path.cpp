@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <system_error>
 #include <vector>
 
 #include "account.h"
@@ -18,6 +19,16 @@ struct User {
   uid_t uid;
   std::vector<gid_t> groups;
 };
+
+// The user of that name; none also when the account database cannot be read.
+std::optional<User> FindUser(const std::string& name) {
+  try {
+    const auto account = dorv::FindAccountInAnyCase(name);
+    return account ? std::optional<User>({account->uid, GroupsOf(*account)}) : std::nullopt;
+  } catch (const std::system_error&) {
+    return std::nullopt;
+  }
+}
 
 // Whether the mode bits of a folder grant @p wanted, a sum of R_OK, W_OK and X_OK. As in the
 // kernel the first class that the user belongs to decides, even when a later one grants more.
@@ -84,8 +95,8 @@ std::string GetRealPathFromSharePath(const std::string& path, const std::string&
   if (share.empty() || real.empty() || !IsInside(real, share)) {
     return {};
   }
-  const std::optional<dorv::Account> account = dorv::FindAccount(user.c_str());
-  return account && MayUse(real, {account->uid, GroupsOf(*account)}) ? real : std::string();
+  const std::optional<User> account = FindUser(user);
+  return account && MayUse(real, *account) ? real : std::string();
 }
 
 }  // namespace dorvdl::common

@@ -13,7 +13,7 @@ int CopyRealName(const char* user, char* buf, std::size_t size) {
   if (std::strchr(user, '/') != nullptr) {
     return -1;
   }
-  const auto account = dorv::FindAccount(user);
+  const auto account = dorv::FindAccountInAnyCase(user);
   if (!account || account->name.size() >= size) {
     return -1;
   }

@@ -77,6 +77,15 @@ TEST_P(PlatformContractTest, ARealNameIsWrittenWithItsZeroAndNothingBeyond) {
   EXPECT_EQ(name.back(), '#');
 }
 
+TEST_P(PlatformContractTest, ARealNameIsTheDatabasesSpelling) {
+  const std::string user = subject_->User();
+  const std::string other = subject_->UserInAnotherCase();
+  ASSERT_NE(other, user);
+  std::vector<char> name(user.size() + 1, '#');
+  EXPECT_EQ(VLIBUserRealNameGet(other.c_str(), name.data(), static_cast<int>(name.size())), 0);
+  EXPECT_STREQ(name.data(), user.c_str());
+}
+
 TEST_P(PlatformContractTest, ARealNameThatDoesNotFitFails) {
   const std::string user = subject_->User();
   std::vector<char> name(user.size() + 1, '#');

@@ -25,9 +25,11 @@ class Subject {
   // What a map holds, in the order of its keys: {"%DLTYPE%": "BT", "%SHARE%": "media"}.
   virtual std::string Contents(VLIBSZHASH* hash) = 0;
 
-  // The name of a user, as it is spelt; the name of nobody, until another one is asked for. The id
-  // of an administrator; an id that nobody has, until another one is asked for.
+  // The name of a user, as it is spelt, and in another case; the name of nobody, until another one
+  // is asked for. The id of an administrator; an id that nobody has, until another one is asked
+  // for.
   virtual std::string User() = 0;
+  virtual std::string UserInAnotherCase() = 0;
   virtual std::string Nobody() = 0;
   virtual uid_t Administrator() = 0;
   virtual uid_t NobodysId() = 0;

@@ -19,6 +19,7 @@ class PortableSubject : public Subject {
     return '{' + contents + '}';
   }
   std::string User() override { return "root"; }
+  std::string UserInAnotherCase() override { return "Root"; }
   std::string Nobody() override { return "no such user"; }
   uid_t Administrator() override { return 0; }
   uid_t NobodysId() override { return static_cast<uid_t>(-1); }

@@ -22,6 +22,10 @@ class RecordingSubject : public Subject {
     platform_.get_real_name = 0;
     return "alice";
   }
+  std::string UserInAnotherCase() override {
+    platform_.real_name = User();
+    return "Alice";
+  }
   std::string Nobody() override {
     platform_.get_real_name = -1;
     platform_.send_notification = ESRCH;

@@ -1,7 +1,10 @@
 // Notifications that are sent: what a user is told, and what is refused.
+#include <dlfcn.h>
 #include <gmock/gmock.h>
+#include <pwd.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -12,6 +15,17 @@
 #include "privileged/notification_test.h"
 #include "support/identity.h"
 #include "support/syslog_capture.h"
+
+namespace {
+int account_error = 0;  // 0: the account database can be read
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) int getpwnam_r(const char* name, passwd* entry,
+                                                                 char* texts, std::size_t size,
+                                                                 passwd** found) {
+  const auto real = reinterpret_cast<decltype(&getpwnam_r)>(dlsym(RTLD_NEXT, "getpwnam_r"));
+  return account_error != 0 ? account_error : real(name, entry, texts, size, found);
+}
 
 namespace dorvdl::common {
 namespace {
@@ -118,6 +132,21 @@ TEST_F(NotificationTest, NeedsAKnownUser) {
     EXPECT_EQ(Send("Done", user), ESRCH);
     EXPECT_THAT(Failure(), HasSubstr(user));
   }
+}
+
+TEST_F(NotificationTest, GoesToTheAccountThatIsMeant) {
+  std::ofstream("/var/lib/tarnwick/users/alice") << "language=de\n";
+  WriteTemplates("de", "[Done]\ntitle=fertig\n");
+  ASSERT_EQ(Send("Done", "ALICE"), 0);
+  EXPECT_EQ(Kept()[0].user, "alice");
+  EXPECT_EQ(Kept()[0].title, "fertig");
+}
+
+TEST_F(NotificationTest, AnAccountDatabaseThatCannotBeReadIsNoUnknownUser) {
+  account_error = EIO;
+  EXPECT_EQ(Send("Done"), EIO);
+  account_error = 0;
+  EXPECT_EQ(Failure(), "account database: Input/output error");
 }
 
 TEST_F(NotificationTest, NamesNeverLeadToOtherPaths) {

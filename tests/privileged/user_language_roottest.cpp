@@ -59,6 +59,13 @@ TEST_F(UserLanguageTest, TheUsersChoiceGoesBeforeTheLocale) {
   EXPECT_EQ(LanguageOf("bob"), "fr");
 }
 
+TEST_F(UserLanguageTest, TheSettingsAreThoseOfTheRealName) {
+  ReplaceFile("/etc/passwd", "alice:x:2001:2001::/:/bin/sh\n");
+  Write("alice", "language=de\n");
+  Write("Alice", "language=en\n");
+  EXPECT_EQ(LanguageOf("Alice"), "de");
+}
+
 TEST_F(UserLanguageTest, ALocalesNameChoosesItsLanguage) {
   Write("alice", "language=de_DE.UTF-8\n");
   EXPECT_EQ(LanguageOf("alice"), "de");

@@ -6,8 +6,9 @@
 /// sections, and one text per key and line. Each text that a language lacks is taken from English.
 ///
 /// A user's language is the first of these that the application has texts in:
-///   - what the user chose: the line `language=de` of the INI file that is named like the user, in
-///     the folder of the build option DORV_USER_SETTINGS ("/var/lib/tarnwick/users" unless set);
+///   - what the user chose: the line `language=de` of the INI file that is named like the user (by
+///     the real name that VLIBUserRealNameGet() gives, where there is such an account), in the
+///     folder of the build option DORV_USER_SETTINGS ("/var/lib/tarnwick/users" unless set);
 ///   - the locale's, from the first of LC_ALL, LC_MESSAGES and LANG that is set and not empty
 ///     ("de_DE.UTF-8" means "de");
 ///   - English.

@@ -24,8 +24,8 @@ extern "C" {
 /// No ids are switched: the caller's effective user needs access to the spool folder.
 ///
 /// @param event        zero-terminated name of the event; must not be null.
-/// @param user         zero-terminated real name, as VLIBUserRealNameGet() gives it; must not be
-///                     null.
+/// @param user         zero-terminated name; must not be null. The notification goes to the account
+///                     that VLIBUserRealNameGet() gives for it.
 /// @param application  zero-terminated name of the application that owns the template; must not be
 ///                     null.
 /// @param hash         the placeholders, null for none; stays the caller's and is not changed.

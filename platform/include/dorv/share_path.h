@@ -22,11 +22,13 @@ namespace dorvdl::common {
 ///
 /// @param path  "share/sub/folder", with or without a leading slash; doubled and trailing slashes
 ///              do not count.
-/// @param user  name of the account, spelt as in the account database.
+/// @param user  name of the account; VLIBUserRealNameGet() tells which one is meant when none is
+///              spelt so.
 /// @return the absolute path without links, or the empty string: for an empty path, one with a "."
 ///         or ".." component, an embedded NUL in either text, an unknown share or user, a path that
 ///         does not exist, is no folder, leaves its share or that the calling process itself cannot
-///         reach, and for a user without access. Nothing is logged. May throw std::bad_alloc.
+///         reach, for a user without access, and when the account database cannot be read. Nothing
+///         is logged. May throw std::bad_alloc.
 DORV_EXPORT std::string GetRealPathFromSharePath(const std::string& path, const std::string& user);
 
 }  // namespace dorvdl::common
