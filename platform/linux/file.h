@@ -4,7 +4,9 @@
 
 #include <fcntl.h>
 
+#include <cstddef>
 #include <string>
+#include <utility>
 
 namespace dorv {
 
@@ -13,6 +15,7 @@ class File {
  public:
   explicit File(int descriptor) : descriptor_(descriptor) {}
   ~File();
+  File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   File(const File&) = delete;
   File& operator=(const File&) = delete;
 
@@ -23,10 +26,13 @@ class File {
   int descriptor_;
 };
 
-// What the regular file @p path holds, which is relative to the open folder @p folder unless it is
-// absolute. Throws std::system_error, whose text names the path, when it is no such file or cannot
-// be read; what is no regular file cannot make it wait.
-std::string ReadFile(const std::string& path, int folder = AT_FDCWD);
+// What the regular file @p path holds. Throws std::system_error, whose text names the path, when it
+// is no such file or cannot be read; what is no regular file cannot make it wait.
+std::string ReadFile(const std::string& path);
+
+// The same for the file @p name of an open folder. A link counts as no such file, and one of more
+// than @p most bytes is not read (EFBIG).
+std::string ReadFileOf(const File& folder, const std::string& name, std::size_t most);
 
 }  // namespace dorv
 

@@ -6,19 +6,19 @@
 #include <atomic>
 #include <boost/algorithm/string/predicate.hpp>
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <ctime>
-#include <filesystem>
 #include <new>
 #include <system_error>
 #include <utility>
 
-#include "account.h"
 #include "fail.h"
 #include "file.h"
 #include "kept_notification.h"
 #include "log.h"
 #include "spool.h"
+#include "spool_folder.h"
 
 namespace dorv {
 namespace {
@@ -26,45 +26,10 @@ namespace {
 using dorvdl::common::KeptNotification;
 
 constexpr char kLogSource[] = "platform/notification_spool";
-constexpr char kSpool[] = DORV_NOTIFICATION_SPOOL;
 constexpr char kEnding[] = ".json";
-constexpr int kSpoolFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
-// Throws unless the folder was opened and is such as the public header says: in another's folder
-// notifications could be read, and a link could make them land anywhere.
-void CheckSpool(const File& folder) {
-  struct stat info {};
-  if (!folder || fstat(folder.get(), &info) != 0) {
-    Fail(errno, kSpool);
-  }
-  const auto package = FindAccount(DORV_PACKAGE_USER);
-  const bool is_ours =
-      info.st_uid == 0 || info.st_uid == geteuid() || (package && info.st_uid == package->uid);
-  if (!is_ours || (info.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
-    Fail(EPERM, kSpool);
-  }
-}
-
-// Gives a file or folder that root has made to whom it is for; others cannot and need not.
-bool GiveTo(const File& made, uid_t user, gid_t group) {
-  return geteuid() != 0 || fchown(made.get(), user, group) == 0;
-}
-
-// Makes the folder when only it is missing; true when it did.
-bool MakeSpool() {
-  const bool is_new = mkdir(kSpool, 0700) == 0;
-  if (!is_new && errno != EEXIST) {
-    Fail(errno, kSpool);
-  }
-  return is_new;
-}
-
-void GiveToPackage(const File& folder) {
-  const auto package = FindAccount(DORV_PACKAGE_USER);
-  if (package && !GiveTo(folder, package->uid, package->group)) {
-    Fail(errno, kSpool);
-  }
-}
+// Notifications of more bytes are neither kept nor read.
+constexpr std::size_t kMostBytes = 1048576;
 
 // A new name for the notification of that moment. Times have the same width, so that names sort by
 // them; process and number tell those of one moment apart.
@@ -92,7 +57,7 @@ bool WriteAll(int file, const std::string& content) {
 void WriteDurably(const File& folder, const std::string& name, const std::string& content) {
   struct stat owner {};
   if (fstat(folder.get(), &owner) != 0) {
-    Fail(errno, kSpool);
+    Fail(errno, "spool folder");
   }
   const std::string temporary = "." + name;
   const File file(
@@ -115,14 +80,13 @@ void WriteDurably(const File& folder, const std::string& name, const std::string
   }
 }
 
-std::vector<std::string> NamesInSpool() {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(kSpool)) {
-    const std::string name = entry.path().filename();
-    if (name.front() != '.' && boost::algorithm::ends_with(name, kEnding)) {
-      names.push_back(name);
-    }
-  }
+// The names of the notifications in the order of their times.
+std::vector<std::string> NamesOfNotifications(const File& folder) {
+  std::vector<std::string> names = NamesIn(folder);
+  const auto is_other = [](const std::string& name) {
+    return name.front() == '.' || !boost::algorithm::ends_with(name, kEnding);
+  };
+  names.erase(std::remove_if(names.begin(), names.end(), is_other), names.end());
   std::sort(names.begin(), names.end());
   return names;
 }
@@ -130,7 +94,7 @@ std::vector<std::string> NamesInSpool() {
 // A notification of the spool; none, after a line in the log, when the file is not to be read.
 std::optional<KeptNotification> Read(const File& folder, const std::string& name) {
   try {
-    return FromJson(ReadFile(name, folder.get()));
+    return FromJson(ReadFileOf(folder, name, kMostBytes));
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception& error) {
@@ -142,16 +106,15 @@ std::optional<KeptNotification> Read(const File& folder, const std::string& name
 }  // namespace
 
 void Keep(KeptNotification notification) {
-  const bool is_new = MakeSpool();
-  const File folder(open(kSpool, kSpoolFlags));
-  CheckSpool(folder);
-  if (is_new) {
-    GiveToPackage(folder);
-  }
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
   notification.created = now.tv_sec;
-  WriteDurably(folder, NewName(now), ToJson(notification));
+  const std::string json = ToJson(notification);
+  if (json.size() > kMostBytes) {
+    Fail(EMSGSIZE, "notification of " + std::to_string(json.size()) + " bytes");
+  }
+  const File folder = OpenSpoolToKeep();
+  WriteDurably(folder, NewName(now), json);
 }
 
 }  // namespace dorv
@@ -160,13 +123,12 @@ namespace dorvdl::common {
 
 std::optional<std::vector<KeptNotification>> ListKeptNotifications() {
   std::vector<KeptNotification> notifications;
-  const dorv::File folder(open(dorv::kSpool, dorv::kSpoolFlags));
-  if (!folder && errno == ENOENT) {
-    return notifications;
-  }
   try {
-    dorv::CheckSpool(folder);
-    for (const std::string& name : dorv::NamesInSpool()) {
+    const dorv::File folder = dorv::OpenSpoolToRead();
+    if (!folder) {
+      return notifications;
+    }
+    for (const std::string& name : dorv::NamesOfNotifications(folder)) {
       if (auto notification = dorv::Read(folder, name)) {
         notifications.push_back(*std::move(notification));
       }

@@ -33,7 +33,8 @@ extern "C" {
 ///         disk. Otherwise an error number: EINVAL for a name that is empty, begins with a dot or
 ///         has a slash or a control character; ESRCH for an unknown user; ENOENT when there is no
 ///         template, or no folder to make the spool folder in; EBADMSG when the templates are
-///         malformed; EPERM when others have access to the spool folder, or it is somebody else's;
+///         malformed; EMSGSIZE when the notification's file would be larger than those that are
+///         read; EPERM when others have access to the spool folder, or it is somebody else's;
 ///         or what the system says, such as ENOSPC. Then nothing is kept, and one line in the
 ///         system log says why.
 ///
