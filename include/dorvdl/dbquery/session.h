@@ -16,8 +16,9 @@ namespace dorvdbquery {
 
 struct SessionState;
 
-/// A connection to PostgreSQL. Movable, closed when destroyed. Belongs to one thread at a time.
-/// Statements and transactions made on it follow it when it is moved, and fail once it is gone.
+/// A connection to PostgreSQL. Movable, closed when destroyed. Belongs to one thread at a time, and
+/// not to a forked child, which must leave it alone (docs/threads.md). Statements and transactions
+/// made on it follow it when it is moved, and fail once it is gone.
 ///
 /// A failure that the server did not send (no answer, a part of one, no memory for it) leaves it
 /// open what the connection brings next. Such a session is broken for good: it is hung up, so that
@@ -36,8 +37,8 @@ class DORVDL_EXPORT Session {
   Session() noexcept;
 
   /// Connects as the role @p user to @p database. Host, port, TLS, service and fail-over list come
-  /// from libpq's own environment, so a set-uid program has to clear that first (docs/threads.md).
-  /// Uses the process's effective ids for peer authentication.
+  /// from libpq's own environment: not for set-uid programs, unless they clear that first
+  /// (README.md). Uses the process's effective ids for peer authentication.
   ///
   /// @throws soci::soci_error when the connection cannot be opened.
   static Session PGSQL(const std::string& user, const std::string& database);
