@@ -9,6 +9,7 @@
 #include <boost/algorithm/string/erase.hpp>
 #include <cstdio>
 #include <iterator>
+#include <utility>
 
 #include "record/message_record_impl.h"
 #include "util/json.h"
@@ -162,7 +163,7 @@ Json::Value Task::extra_data() const {
   // Undoes the quoting of the column's text, and drops the backslashes of its own texts with it.
   // Programs have stored their data with that in mind, so it has to stay.
   boost::erase_all(json, "\\");
-  if (!util::JsonFromText(json, value)) {
+  if (!util::JsonFromText(std::move(json), value)) {
     DORVDL_LOG(LOG_ERR, "Failed to parse extra_data");
   }
   return value;

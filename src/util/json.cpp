@@ -6,6 +6,9 @@
 #include <memory>
 #include <sstream>
 
+#include "util/json_numbers.h"
+#include "util/thread_locale.h"
+
 namespace dorvdl::util {
 namespace {
 
@@ -24,6 +27,12 @@ Json::CharReaderBuilder MakeReaderBuilder() {
   return builder;
 }
 
+// The locale that writes numbers as JSON has them; null, which changes none, when memory is short.
+locale_t JsonLocale() {
+  static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+  return locale;
+}
+
 }  // namespace
 
 std::string JsonToText(const Json::Value& value) {
@@ -32,18 +41,22 @@ std::string JsonToText(const Json::Value& value) {
   thread_local const std::unique_ptr<Json::StreamWriter> writer = MakeWriter();
   thread_local std::ostringstream text;
   text.str({});
+  const ThreadLocale scope(JsonLocale());  // the writer has its fractions printed by C
   writer->write(value, &text);
   return text.str();
 }
 
-bool JsonFromText(const std::string& text, Json::Value& value) {
+bool JsonFromText(std::string text, Json::Value& value) {
   static const Json::CharReaderBuilder builder = MakeReaderBuilder();
   const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
+  const JsonNumbers numbers(text);
+  bool parsed = false;
   try {
-    return reader->parse(text.data(), text.data() + text.size(), &value, nullptr);
+    parsed = reader->parse(text.data(), text.data() + text.size(), &value, nullptr);
   } catch (const Json::Exception&) {  // how the parser reports too deep a nesting
-    return false;
   }
+  numbers.PutInto(value);
+  return parsed;
 }
 
 }  // namespace dorvdl::util

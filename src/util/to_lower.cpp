@@ -6,6 +6,7 @@
 #include <cwctype>
 
 #include "util/text.h"
+#include "util/thread_locale.h"
 
 namespace dorvdl::util {
 namespace {
@@ -15,19 +16,6 @@ locale_t DatabaseLocale() {
   static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   return locale;
 }
-
-// Makes a locale the calling thread's for the lifetime of the object: the conversions between
-// bytes and characters have no variant that takes one.
-class ThreadLocale {
- public:
-  explicit ThreadLocale(locale_t locale) : previous_(uselocale(locale)) {}
-  ~ThreadLocale() { uselocale(previous_); }
-  ThreadLocale(const ThreadLocale&) = delete;
-  ThreadLocale& operator=(const ThreadLocale&) = delete;
-
- private:
-  locale_t previous_;
-};
 
 bool IsAscii(const std::string& text) {
   for (const char c : text) {
@@ -52,6 +40,7 @@ std::string ToLower(const std::string& text) {
   if (IsAscii(text) || locale == nullptr) {
     return LowerAscii(text);
   }
+  // The conversions between bytes and characters have no variant that takes a locale.
   const ThreadLocale scope(locale);
   std::string lower;
   lower.reserve(text.size());
