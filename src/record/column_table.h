@@ -136,10 +136,11 @@ class Column {
  private:
   template <typename Reader>
   std::string TextFrom(const Reader& reader) const {
+    // First: it is SOCI's get() that words what a missing name is told by, not get_indicator().
+    std::string text = reader.Text();
     if (null_text_ && reader.IsNull()) {
       return *null_text_;
     }
-    std::string text = reader.Text();
     return conversion_ == nullptr ? std::move(text) : conversion_(text);
   }
 
