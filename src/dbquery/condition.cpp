@@ -3,6 +3,8 @@
 #include <string_view>
 #include <utility>
 
+#include "dbquery/top_level_or.h"
+
 namespace dorvdbquery {
 namespace {
 
@@ -40,10 +42,11 @@ Condition Condition::Null() { return {}; }
 
 Condition Condition::Compare(const std::string& expression, const std::string& op,
                              Parameter value) {
-  return Of([expression, op, value = std::move(value)](SqlText& statement) {
-    statement.Append(expression);
+  const bool falls_apart = HasTopLevelOr(expression) || HasTopLevelOr(op);
+  return Of([expression, op, value = std::move(value), falls_apart](SqlText& statement) {
+    statement.Append(falls_apart ? "(" : "").Append(expression);
     AppendOperator(op, statement);
-    statement.Bind(value);
+    statement.Bind(value).Append(falls_apart ? ")" : "");
   });
 }
 

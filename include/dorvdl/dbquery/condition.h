@@ -23,7 +23,9 @@ class DORVDL_EXPORT Condition {
 
   /// The comparison `expression op value`, such as `ConditionFactory<int>("pid", ">", 0)`.
   ///
-  /// @param expression  a column or SQL expression that code has written; goes out as it stands.
+  /// @param expression  a column or SQL expression that code has written; goes out as it stands,
+  ///                    and the comparison in parentheses when the expression has an OR outside of
+  ///                    its own, so that `&&` takes it as a whole.
   /// @param op          an operator that code has written ("=", "<=", "ILIKE", "~" ...); anything
   ///                    but words and operator characters makes the execution fail.
   /// @param value       bound as a parameter; a text with an embedded NUL makes the execution fail.

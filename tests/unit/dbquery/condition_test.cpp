@@ -42,6 +42,62 @@ TEST(ConditionTest, NegationIsParenthesised) {
   EXPECT_EQ(Show(!!kPid), "NOT (NOT (pid > $1)) [$1=0]");
 }
 
+// What `expression = 2` goes out as beside another condition.
+std::string Combined(const std::string& expression) {
+  return Show(Condition::ConditionFactory<int>(expression, "=", 2) && kPid);
+}
+
+TEST(ConditionTest, AComparisonWithAnOrAtItsTopIsOneOperand) {
+  for (const std::string& expression : std::vector<std::string>{
+           "a = 1 OR b", "a = 1 or b", "a = 1\nOr\tb", "(a)OR(b)", "a OR(b)", "'x'OR b",
+           "a = 'it''s' OR b", "a = '\\' OR b", "a = E'\\'' OR b", "a = e'x' OR b",
+           "\"a\"\"b\" OR c", "a /* ( */ OR b", "a /* /* */ ( */ OR b", "a -- '\nOR b",
+           "a = $$'$$ OR b", "a = $x$ $$ ( $x$ OR b", "(a OR b) OR (c)", "a[1] OR b",
+           "a = $1 OR b"}) {
+    EXPECT_EQ(Combined(expression), "(" + expression + " = $1) AND pid > $2 [$1=2] [$2=0]");
+  }
+  EXPECT_EQ(Show(kPid && Condition::ConditionFactory<int>("a = 1 OR b", "=", 2)),
+            "pid > $1 AND (a = 1 OR b = $2) [$1=0] [$2=2]");
+  EXPECT_EQ(Show(Condition::ConditionFactory<int>("a", "= b OR c =", 2) && kPid),
+            "(a = b OR c = $1) AND pid > $2 [$1=2] [$2=0]");
+}
+
+TEST(ConditionTest, AnyOtherComparisonGoesOutAsItStands) {
+  for (const std::string& expression : std::vector<std::string>{"pid",
+                                                                "COUNT(*)",
+                                                                "DISTINCT(id)",
+                                                                "lower(username)",
+                                                                "(task_flags&4)",
+                                                                "a AND b",
+                                                                "(a = 1 OR b)",
+                                                                "((a) OR (b))",
+                                                                "f(a OR b)",
+                                                                "a[b OR c]",
+                                                                "a = ' OR ' || b",
+                                                                "a = ' '' OR '' ' || b",
+                                                                "a = E'\\' OR ' || b",
+                                                                "\" OR \"",
+                                                                "\"a\"\" OR \"",
+                                                                "a /* OR */",
+                                                                "a /* /* */ OR */",
+                                                                "a -- OR\n",
+                                                                "$$ OR $$",
+                                                                "$x$ $$ OR $x$",
+                                                                "or_",
+                                                                "_or",
+                                                                "or1",
+                                                                "a$or",
+                                                                "colour",
+                                                                "ORDER",
+                                                                "for",
+                                                                "fOR",
+                                                                "oré",
+                                                                "éor",
+                                                                "o r"}) {
+    EXPECT_EQ(Combined(expression), expression + " = $1 AND pid > $2 [$1=2] [$2=0]");
+  }
+}
+
 TEST(ConditionTest, NullYieldsTheOtherOperand) {
   EXPECT_TRUE(Condition::Null().IsNull());
   EXPECT_TRUE((Condition::Null() && Condition::Null()).IsNull());
