@@ -43,8 +43,8 @@ SqlText InsertQuery::Statement() const {
       statement.Refuse("an insert's columns and values differ in number");
     }
   }
-  if (!returning_.empty()) {
-    statement.Append(" RETURNING ").AppendIdentifier(returning_);
+  if (returning_) {
+    statement.Append(" RETURNING ").AppendIdentifier(*returning_);
   }
   return statement;
 }

@@ -57,7 +57,7 @@ void MessageRecord<Self, Message>::soci_ToBase(soci::values& values,
 }
 
 template <typename Self, typename Message>
-std::shared_ptr<dorvdbquery::RowTarget> MessageRecord<Self, Message>::RowTarget() {
+std::shared_ptr<dorvdbquery::RowTarget> MessageRecord<Self, Message>::RowTarget() & {
   return std::make_shared<RowDecoder>(Self::Columns(),
                                       [this]() -> MessageLite& { return message_; });
 }

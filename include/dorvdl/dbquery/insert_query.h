@@ -9,6 +9,7 @@
 #include <soci/soci.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,12 +41,14 @@ class DORVDL_EXPORT InsertQuery : public Query {
   }
 
   /// Returns @p column (a plain identifier) of the new row into @p out, which must outlive the
-  /// query's use.
+  /// query's use. Replaces what an earlier call named.
   template <typename T>
   void Returning(std::string column, T& out) {
     returning_ = std::move(column);
-    AddTarget([&out](soci::statement& statement) { statement.exchange(soci::into(out)); });
+    SetTarget([&out](soci::statement& statement) { statement.exchange(soci::into(out)); });
   }
+  template <typename T>
+  void Returning(std::string column, const T& out) = delete;  // a temporary, or not to be written
 
   SqlText Statement() const override;
 
@@ -54,7 +57,7 @@ class DORVDL_EXPORT InsertQuery : public Query {
 
   std::vector<std::string> columns_;
   std::vector<Parameter> values_;
-  std::string returning_;
+  std::optional<std::string> returning_;
 };
 
 }  // namespace dorvdbquery

@@ -59,6 +59,12 @@ class DORVDL_EXPORT Query {
 
   void AddTarget(Target target) { targets_.push_back(std::move(target)); }
 
+  /// Makes @p target the only one.
+  void SetTarget(Target target) {
+    targets_.clear();
+    AddTarget(std::move(target));
+  }
+
   /// Runs the statement without reading a row. Result and failures as for Execute().
   bool Run();
 

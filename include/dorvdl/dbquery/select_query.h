@@ -70,16 +70,21 @@ class DORVDL_EXPORT SelectQuery : public SelectBase {
     fields_.push_back(expression);
     AddTarget([&out](soci::statement& statement) { statement.exchange(soci::into(out)); });
   }
+  template <typename T>
+  void SelectField(const std::string& expression, const T& out) = delete;  // see Into()
 
   /// Adds selected columns or expressions, separated by commas, that code has written; for rows
   /// that go into a target as a whole.
   void SelectFields(const std::string& expressions) { fields_.push_back(expressions); }
 
-  /// Binds each row to @p target through its `soci::type_conversion`.
+  /// Binds each row to @p target, which must outlive the query's use, through its
+  /// `soci::type_conversion`.
   template <typename T>
   void Into(T& target) {
     AddTarget([&target](soci::statement& statement) { statement.exchange(soci::into(target)); });
   }
+  template <typename T>
+  void Into(const T& target) = delete;  // a temporary, or not to be written
 
   /// Binds each row to a target that decodes the server's answer itself.
   void IntoRow(std::shared_ptr<RowTarget> target);
@@ -94,7 +99,9 @@ class DORVDL_EXPORT SelectQuery : public SelectBase {
   /// Runs the statement without reading a row. Result and failures as for Execute().
   bool ExecuteWithoutPreFetch() { return Run(); }
 
-  /// Reads the next row into the bound targets; false when no row is left.
+  /// Reads the next row into the bound targets; false when no row is left, before an execution and
+  /// after one that failed. A query without targets reads no rows: RowCount() tells how many it
+  /// has.
   ///
   /// @throws as Execute() does; the next call goes on with the following row.
   bool Fetch() { return FetchNext(); }

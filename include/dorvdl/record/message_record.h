@@ -52,7 +52,7 @@ class MessageRecord : public RecordBase {
 
   /// Decodes rows into this record as soci_FromBase() does, only faster. The record must outlive
   /// the target.
-  std::shared_ptr<dorvdbquery::RowTarget> RowTarget();
+  std::shared_ptr<dorvdbquery::RowTarget> RowTarget() &;
 
   /// Decodes each row into a new record at the end of @p records, which must outlive the target.
   static std::shared_ptr<dorvdbquery::RowTarget> AppendingTarget(std::vector<Self>& records);

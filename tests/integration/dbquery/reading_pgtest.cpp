@@ -241,6 +241,36 @@ TEST_F(ReadingTest, AReturnedKeyThatDoesNotFitIsAnErrorOfTheReader) {
   EXPECT_EQ(Stored(), Rows{"1"});
 }
 
+TEST_F(ReadingTest, ASecondReturningReplacesTheFirst) {
+  int first = 77;
+  std::string second;
+  InsertQuery query(session_, "item");
+  query.SetInsertAll({"id", "name"});
+  query.Values({ToParameter(1), ToParameter("a")});
+  query.Returning("id", first);
+  query.Returning("name", second);
+  EXPECT_TRUE(query.Execute());
+  EXPECT_EQ(first, 77);
+  EXPECT_EQ(second, "a");
+  EXPECT_EQ(Stored(), Rows{"1"});
+}
+
+TEST_F(ReadingTest, WithoutATargetRowsAreCountedAndNotFetched) {
+  raw_.Run("INSERT INTO item (id) VALUES (1), (2)");
+  SelectQuery query(session_, "item");
+  EXPECT_FALSE(query.Fetch());
+  EXPECT_TRUE(query.Execute());
+  EXPECT_EQ(query.RowCount(), 2);
+  EXPECT_FALSE(query.Fetch());
+  EXPECT_TRUE(query.ExecuteWithoutPreFetch());
+  EXPECT_EQ(query.RowCount(), 2);
+  EXPECT_FALSE(query.Fetch());
+  query.Where(!Condition::Null());
+  EXPECT_TRUE(query.Execute());
+  EXPECT_EQ(query.RowCount(), 0);
+  EXPECT_EQ(test_support::TakeLog(), Lines{});
+}
+
 TEST_F(ReadingTest, FieldsOfAllKindsAreRead) {
   raw_.Run("INSERT INTO item (id, name, size) VALUES (-2147483648, '', -9223372036854775808)");
   int id = 0;

@@ -4,7 +4,9 @@
 #include <dorvdl/dbquery/update_query.h>
 #include <gtest/gtest.h>
 
+#include <string>
 #include <type_traits>
+#include <utility>
 
 #include "support/sql_matchers.h"
 #include "support/syslog_capture.h"
@@ -107,6 +109,16 @@ TEST_F(StatementTest, InsertNamesExactlyItsColumns) {
             "[$1=O'Neil] [$2=NULL]");
 }
 
+TEST_F(StatementTest, InsertReturnsOneColumn) {
+  InsertQuery query(session_, "t");
+  int id = 0;
+  query.Returning("pid", id);
+  query.Returning("id", id);
+  EXPECT_EQ(Show(query), "INSERT INTO \"t\" DEFAULT VALUES RETURNING \"id\"");
+  query.Returning("", id);
+  EXPECT_EQ(Show(query), kBadName);
+}
+
 TEST_F(StatementTest, InsertWithoutColumnsInsertsDefaults) {
   InsertQuery query(session_, "t");
   EXPECT_EQ(Show(query), "INSERT INTO \"t\" DEFAULT VALUES");
@@ -158,6 +170,22 @@ TEST_F(StatementTest, TableAndColumnNamesAreChecked) {
   update.SetFactory<int>("a=1,b", 1);
   EXPECT_EQ(Show(update), kBadName);
 }
+
+// A query keeps no copy of its targets, so none may be gone before it is used.
+constexpr auto kSelectField = [](auto&& out) -> decltype(std::declval<SelectQuery&>().SelectField(
+                                                 "one", std::forward<decltype(out)>(out))) {};
+constexpr auto kInto = [](auto&& out) -> decltype(std::declval<SelectQuery&>().Into(
+                                          std::forward<decltype(out)>(out))) {};
+constexpr auto kReturning = [](auto&& out) -> decltype(std::declval<InsertQuery&>().Returning(
+                                               "id", std::forward<decltype(out)>(out))) {};
+
+template <typename Binding>
+constexpr bool kTakesATargetThatLasts =
+    std::is_invocable_v<Binding, int&> && !std::is_invocable_v<Binding, int> &&
+    !std::is_invocable_v<Binding, const int> && !std::is_invocable_v<Binding, const int&>;
+static_assert(kTakesATargetThatLasts<decltype(kSelectField)>);
+static_assert(kTakesATargetThatLasts<decltype(kInto)>);
+static_assert(kTakesATargetThatLasts<decltype(kReturning)>);
 
 TEST_F(StatementTest, WithoutAConnectionExecutionFailsAndIsLogged) {
   TakeLog();

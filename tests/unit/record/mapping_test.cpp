@@ -247,6 +247,20 @@ TYPED_TEST(MappingTest, TheRecordItselfIsDecodedFastAndConvertedBySoci) {
   static_assert(std::is_same_v<typename soci::type_conversion<TypeParam>::base_type, soci::values>);
 }
 
+template <typename Record>
+using TargetOf = decltype(std::declval<Record>().RowTarget());
+
+template <typename Record, typename = void>
+constexpr bool kHasRowTarget = false;
+template <typename Record>
+constexpr bool kHasRowTarget<Record, std::void_t<TargetOf<Record>>> = true;
+
+// The target writes into the record.
+TYPED_TEST(MappingTest, OnlyARecordThatLastsGivesARowTarget) {
+  static_assert(kHasRowTarget<TypeParam&>);
+  static_assert(!kHasRowTarget<TypeParam>);
+}
+
 // Programs that were built against the library call the operations by their places.
 TYPED_TEST(MappingTest, TheOperationsStandInTheirSlots) {
   EXPECT_EQ(Slot(&TypeParam::BindUpdateField), 0);  // the destructor takes the next two
