@@ -3,8 +3,9 @@
 #include <dorvdl/util/log.h>
 
 #include <boost/algorithm/string/predicate.hpp>
+#include <cstdint>
 #include <locale>
-#include <utility>
+#include <optional>
 
 #include "db/conditions.h"
 
@@ -49,6 +50,29 @@ void ApplyOrder(const ListOption& option, SelectQuery::Order order, SelectQuery&
     query.OrderBy(*option.common.sort_by, order);
   }
 }
+
+// Puts a task's `file_oid` back as it was, unless told to leave it.
+class FileOidKeeper {
+ public:
+  explicit FileOidKeeper(record::proto::Task& task) : task_(&task) {
+    if (task.has_file_oid()) {
+      before_ = task.file_oid();
+    }
+  }
+  ~FileOidKeeper() {
+    if (task_ != nullptr) {
+      before_ ? task_->set_file_oid(*before_) : task_->clear_file_oid();
+    }
+  }
+  FileOidKeeper(const FileOidKeeper&) = delete;
+  FileOidKeeper& operator=(const FileOidKeeper&) = delete;
+
+  void LeaveAsItIs() { task_ = nullptr; }
+
+ private:
+  record::proto::Task* task_;
+  std::optional<std::int32_t> before_;
+};
 
 }  // namespace
 
@@ -114,18 +138,20 @@ bool DownloadQueue::Delete(const std::vector<int>& task_ids) {
 
 bool DownloadQueue::Create(record::Task& task, const std::string& source_path) {
   dorvdbquery::DefaultTransaction transaction(GetSession());
-  record::Task created = task;
+  FileOidKeeper file_oid(task.mutable_proto());
   if (!source_path.empty()) {
     const unsigned oid = DBOperator::LoImport(source_path);
     if (oid == 0) {
       return false;
     }
-    created.mutable_proto().set_file_oid(static_cast<int>(oid));  // bit for bit
+    task.mutable_proto().set_file_oid(static_cast<int>(oid));  // bit for bit
   }
-  if (!DBOperator::Create(created) || !transaction.Commit()) {
+  const std::optional<int> key = Insert(task);
+  if (!key || !transaction.Commit()) {
     return false;
   }
-  task = std::move(created);
+  file_oid.LeaveAsItIs();
+  task.set_primary_key(*key);
   return true;
 }
 

@@ -54,7 +54,8 @@ class DORVDL_EXPORT DownloadQueue : public DBOperator<record::Task> {
   /// Inserts @p task, whoever its owner is, and sets its id. When @p source_path is not empty, the
   /// regular file there is stored in the database first, read as root (see LoImport()), and its
   /// large-object id becomes the task's `file_oid`. On failure nothing is stored and @p task is as
-  /// it was.
+  /// it was. A task of a derived class is inserted as DBOperator's Create() does it, its `file_oid`
+  /// set before its hooks are asked.
   bool Create(record::Task& task, const std::string& source_path);
 
   /// Stores the regular file at @p path, read as root, as the task's source file. The process's

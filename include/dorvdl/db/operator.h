@@ -16,7 +16,9 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -54,7 +56,9 @@ class DBOperator {
   /// The number of rows that meet @p condition; -1 on failure (logged).
   int Count(const Condition& condition);
 
-  /// Inserts the present fields of @p record and, on success, writes the row's key into it.
+  /// Inserts the present fields of @p record and, on success, writes the row's key into it. An
+  /// object of a class derived from the record gives its own columns (`GetInsertFields()`) and, by
+  /// name, its own values (`soci_ToBase()`).
   bool Create(Record& record);
 
   /// Deletes the rows whose key is among @p ids and that meet @p condition. Reaching none is a
@@ -89,6 +93,9 @@ class DBOperator {
   bool LoExport(int oid, const std::string& path);
 
  protected:
+  /// Create() that leaves @p record as it is and returns the row's key; nothing on failure.
+  std::optional<int> Insert(const Record& record);
+
   /// Update() that tells how many rows it reached; -1 on failure.
   long long UpdateRows(const Record& record, const Condition& condition);
 
@@ -132,20 +139,11 @@ int DBOperator<Record>::Count(const Condition& condition) {
 
 template <typename Record>
 bool DBOperator<Record>::Create(Record& record) {
-  int key = 0;
-  dorvdbquery::InsertQuery query(GetSession(), GetTableName());
-  query.SetInsertAll(record.GetInsertFields());
-  if constexpr (record::kIsMessageRecord<Record>) {
-    query.Values(record.InsertValues());
-  } else {
-    query.Use(std::as_const(record));
+  const std::optional<int> key = Insert(record);
+  if (key) {
+    record.set_primary_key(*key);
   }
-  query.Returning(GetPrimaryKeyName(), key);
-  const bool created = query.Execute();
-  if (created) {
-    record.set_primary_key(key);
-  }
-  return created;
+  return key.has_value();
 }
 
 template <typename Record>
@@ -210,6 +208,27 @@ unsigned DBOperator<Record>::LoImport(const std::string& path) {
 template <typename Record>
 bool DBOperator<Record>::LoExport(int oid, const std::string& path) {
   return GetSession().ClientSideLOExport(static_cast<unsigned long long>(oid), path);
+}
+
+template <typename Record>
+std::optional<int> DBOperator<Record>::Insert(const Record& record) {
+  int key = 0;
+  dorvdbquery::InsertQuery query(GetSession(), GetTableName());
+  query.SetInsertAll(record.GetInsertFields());
+  bool has_its_values = false;
+  if constexpr (record::kIsMessageRecord<Record>) {
+    // An object of a derived class may have columns of its own, which only its hooks have values
+    // for.
+    has_its_values = typeid(record) == typeid(Record);
+    if (has_its_values) {
+      query.Values(record.InsertValues());
+    }
+  }
+  if (!has_its_values) {
+    query.Use(record);
+  }
+  query.Returning(GetPrimaryKeyName(), key);
+  return query.Execute() ? std::optional<int>(key) : std::nullopt;
 }
 
 template <typename Record>
