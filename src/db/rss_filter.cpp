@@ -29,14 +29,13 @@ std::string TextOf(const std::string& subject) {
 // Whether the database finds that `subject op pattern`; nothing when it could not tell.
 std::optional<bool> Matches(const dorvdbquery::Session& session, const std::string& subject,
                             const std::string& op, const std::string& pattern) {
-  int one = 0;
   dorvdbquery::SelectQuery query(session, "test_filter_view");
-  query.SelectField<int>("one", one);
+  query.SelectFields("one");  // of any type and value: only whether there is a row counts
   query.Where(Condition::CompareTexts(TextOf(subject), op, pattern));
   if (!query.ExecuteWithoutPreFetch()) {
     return std::nullopt;
   }
-  return query.Fetch();
+  return query.RowCount() > 0;
 }
 
 }  // namespace

@@ -175,10 +175,16 @@ TEST_F(RssFilterTest, APatternThatBacktracksBadlyIsEndedByTheServersTimeout) {
 }
 
 TEST_F(RssFilterTest, AnyRowOfTheViewIsAMatchWhateverOneHolds) {
-  raw_.Run("CREATE OR REPLACE VIEW test_filter_view AS SELECT * FROM (VALUES (0), (7)) v (one)");
-  EXPECT_TRUE(Like("a", "a"));
-  EXPECT_FALSE(Like("a", "b"));
-  raw_.Run("CREATE OR REPLACE VIEW test_filter_view AS SELECT 1 AS one");
+  for (const char* const rows : {"(0), (7)", "(NULL::integer)", "('text')", "(NULL), ('text')",
+                                 "(1::bigint << 40)", "(0.5)", "(point(1, 2))"}) {
+    raw_.Run("DROP VIEW test_filter_view; CREATE VIEW test_filter_view AS SELECT * FROM (VALUES " +
+             std::string(rows) + ") v (one)");
+    EXPECT_TRUE(Like("a", "a")) << rows;
+    EXPECT_FALSE(Like("a", "b")) << rows;
+    EXPECT_TRUE(Regexp("a", "a")) << rows;
+    EXPECT_FALSE(Regexp("a", "b")) << rows;
+  }
+  raw_.Run("DROP VIEW test_filter_view; CREATE VIEW test_filter_view AS SELECT 1 AS one");
 }
 
 }  // namespace
