@@ -136,6 +136,10 @@ bool DownloadQueue::Delete(const std::vector<int>& task_ids) {
   return DBOperator::Delete(task_ids, GetUserCondition());
 }
 
+bool DownloadQueue::DeleteEarlierThan(int task_id) {
+  return DeleteUpTo(task_id, GetUserCondition());
+}
+
 bool DownloadQueue::Create(record::Task& task, const std::string& source_path) {
   dorvdbquery::DefaultTransaction transaction(GetSession());
   FileOidKeeper file_oid(task.mutable_proto());

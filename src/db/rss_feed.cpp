@@ -1,5 +1,7 @@
 #include <dorvdl/db/rss_feed.h>
 
+#include <utility>
+
 #include "db/conditions.h"
 #include "db/distinct.h"
 
@@ -13,13 +15,16 @@ using ListOption = control::option::rss_feed::ListOption;
 
 template class DBOperator<record::RssFeed>;
 
-RssFeed::RssFeed(DBSession& session, const std::string& user) : DBOperator(session), user_(user) {}
+RssFeed::RssFeed(DBSession& session, const std::string& user) : DBOperator(session), user_(&user) {}
+
+RssFeed::RssFeed(DBSession& session, std::string&& user)
+    : DBOperator(session), kept_user_(std::move(user)) {}
 
 const char* RssFeed::GetTableName() { return "rss_feed"; }
 
 const char* RssFeed::GetPrimaryKeyName() { return "id"; }
 
-Condition RssFeed::GetUserCondition() const { return BelongsTo(user_); }
+Condition RssFeed::GetUserCondition() const { return BelongsTo(user()); }
 
 Condition RssFeed::GetCondition(const ListOption& option) const {
   return GetUserCondition() && WhenSet("url", "=", option.url);
@@ -40,6 +45,8 @@ bool RssFeed::Update(const record::RssFeed& feed) {
 bool RssFeed::Delete(const std::vector<int>& ids) {
   return DBOperator::Delete(ids, GetUserCondition());
 }
+
+bool RssFeed::DeleteEarlierThan(int id) { return DeleteUpTo(id, GetUserCondition()); }
 
 std::vector<int> RssFeed::ListId(const ListOption& option) {
   std::vector<int> ids;

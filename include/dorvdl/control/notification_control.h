@@ -31,7 +31,9 @@ class DORVDL_EXPORT NotificationControl
   /// All rows of the view "notification_view" by ascending id; empty on failure (logged).
   std::vector<record::Notification> ListFromView();
 
-  /// Deletes every notification whose id is @p id or less.
+  /// Deletes every notification whose id is @p id or less. One of them may never have been listed:
+  /// ids are given out before notifications are committed, so one with a smaller id may show up
+  /// after one with a greater. Delete() with the ids that were read loses none.
   bool DeleteEarlierThan(int id);
 };
 

@@ -51,6 +51,10 @@ class DORVDL_EXPORT DownloadQueue : public DBOperator<record::Task> {
   /// Deletes this user's tasks with these ids. Reaching none is a success.
   bool Delete(const std::vector<int>& task_ids);
 
+  /// Deletes this user's tasks whose id is @p task_id or less. (Called through the operator, it
+  /// deletes everybody's.) Reaching none is a success.
+  bool DeleteEarlierThan(int task_id);
+
   /// Inserts @p task, whoever its owner is, and sets its id. When @p source_path is not empty, the
   /// regular file there is stored in the database first, read as root (see LoImport()), and its
   /// large-object id becomes the task's `file_oid`. On failure nothing is stored and @p task is as

@@ -65,8 +65,10 @@ class DBOperator {
   /// success.
   bool Delete(const std::vector<int>& ids, const Condition& condition);
 
-  /// Deletes every row whose key is @p key or less: keys only grow, so these are the rows created
-  /// up to that one.
+  /// Deletes every row whose key is @p key or less, whoever's it is. Keys only grow, so these are
+  /// the rows created up to that one, but not the rows that a reader of that one has seen: a row
+  /// gets its key before it is committed, so one with a smaller key may show up later, and be
+  /// deleted unseen. Who must not lose any deletes by the keys read.
   bool DeleteEarlierThan(int key);
 
   /// The row with this key that meets @p condition; a default record (not valid) when there is none
@@ -93,6 +95,9 @@ class DBOperator {
   bool LoExport(int oid, const std::string& path);
 
  protected:
+  /// DeleteEarlierThan() of the rows that meet @p condition.
+  bool DeleteUpTo(int key, const Condition& condition);
+
   /// Create() that leaves @p record as it is and returns the row's key; nothing on failure.
   std::optional<int> Insert(const Record& record);
 
@@ -155,9 +160,7 @@ bool DBOperator<Record>::Delete(const std::vector<int>& ids, const Condition& co
 
 template <typename Record>
 bool DBOperator<Record>::DeleteEarlierThan(int key) {
-  dorvdbquery::DeleteQuery query(GetSession(), GetTableName());
-  query.Where(Condition::ConditionFactory<int>(GetPrimaryKeyName(), "<=", key));
-  return query.Execute();
+  return DeleteUpTo(key, Condition::Null());
 }
 
 template <typename Record>
@@ -208,6 +211,13 @@ unsigned DBOperator<Record>::LoImport(const std::string& path) {
 template <typename Record>
 bool DBOperator<Record>::LoExport(int oid, const std::string& path) {
   return GetSession().ClientSideLOExport(static_cast<unsigned long long>(oid), path);
+}
+
+template <typename Record>
+bool DBOperator<Record>::DeleteUpTo(int key, const Condition& condition) {
+  dorvdbquery::DeleteQuery query(GetSession(), GetTableName());
+  query.Where(Condition::ConditionFactory<int>(GetPrimaryKeyName(), "<=", key) && condition);
+  return query.Execute();
 }
 
 template <typename Record>

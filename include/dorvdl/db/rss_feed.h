@@ -20,9 +20,12 @@ extern template class DORVDL_EXPORT DBOperator<record::RssFeed>;
 /// feeds of all users. Create() inserts the feed as it is: its owner is its own `username`.
 class DORVDL_EXPORT RssFeed : public DBOperator<record::RssFeed> {
  public:
-  /// @param user  not copied: it must outlive this object, and a later change to it changes whose
-  ///              feeds every later operation reaches.
+  /// @param user  a variable is not copied: it must outlive this object, and a later change to it
+  ///              changes whose feeds every later operation reaches. A temporary is kept by this
+  ///              object, and by each copy of it.
   RssFeed(DBSession& session, const std::string& user);
+  RssFeed(DBSession& session, std::string&& user);
+  RssFeed(DBSession& session, const std::string&& user) : RssFeed(session, std::string(user)) {}
 
   const char* GetTableName() override;
   const char* GetPrimaryKeyName() override;
@@ -49,12 +52,19 @@ class DORVDL_EXPORT RssFeed : public DBOperator<record::RssFeed> {
   /// Deletes this user's feeds with these ids. Reaching none is a success.
   bool Delete(const std::vector<int>& ids);
 
+  /// Deletes this user's feeds whose id is @p id or less. (Called through the operator, it deletes
+  /// everybody's.) Reaching none is a success.
+  bool DeleteEarlierThan(int id);
+
   /// The ids of this user's feeds, in the database's order, paged by @p option. Its `url` and its
   /// order take no part. Empty on failure (logged).
   std::vector<int> ListId(const control::option::rss_feed::ListOption& option);
 
  private:
-  const std::string& user_;
+  const std::string& user() const { return user_ != nullptr ? *user_ : kept_user_; }
+
+  const std::string* const user_ = nullptr;  // null when the name is kept
+  const std::string kept_user_;  // constant: without its name a moved-from object would reach all
 };
 
 }  // namespace dorvdl::db

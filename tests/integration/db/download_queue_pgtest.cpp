@@ -265,6 +265,30 @@ TEST_F(DownloadQueueTest, AnOrderThatIsNoColumnGivesAnEmptyListAndIsLogged) {
   EXPECT_EQ(Names(option), Rows{"a"}) << "the session goes on";
 }
 
+TEST_F(DownloadQueueTest, DeleteEarlierThanReachesTheUsersTasksUpToTheId) {
+  Insert("username", "'alice'");
+  const int bobs = Insert("username", "'bob'");
+  const int last = Insert("username", "'ALICE'");
+  const int later = Insert("username", "'alice'");
+  EXPECT_TRUE(QueueOf("Alice").DeleteEarlierThan(last));
+  EXPECT_EQ(KeysOf(QueueOf("").List({})), (Ids{bobs, later}));
+  DownloadQueue queue(LostSession(), "alice");
+  EXPECT_FALSE(queue.DeleteEarlierThan(last));
+  EXPECT_EQ(TakeLog(), Lines{Lost("DELETE FROM \"download_queue\" WHERE task_id <= $1 AND "
+                                  "lower(username) = $2")});
+}
+
+TEST_F(DownloadQueueTest, DeleteEarlierThanReachesAllTasksWithoutAUserAndThroughTheOperator) {
+  const int alices = Insert("username", "'alice'");
+  EXPECT_TRUE(QueueOf("").DeleteEarlierThan(alices));
+  EXPECT_EQ(QueueOf("").Count({}), 0);
+  const int another = Insert("username", "'alice'");
+  DownloadQueue queue = QueueOf("bob");
+  DBOperator<record::Task>& table = queue;
+  EXPECT_TRUE(table.DeleteEarlierThan(another));
+  EXPECT_EQ(QueueOf("").Count({}), 0);
+}
+
 TEST_F(DownloadQueueTest, DeletesAHundredThousandIdsInOneStatement) {
   raw_.Run("INSERT INTO download_queue (pid) SELECT 0 FROM generate_series(1, 1000)");
   std::vector<int> ids(100000);

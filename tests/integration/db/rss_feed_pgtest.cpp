@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
+#include <string_view>
+#include <utility>
 
 #include "integration/db/table_test.h"
 #include "support/sql_matchers.h"
@@ -110,6 +113,30 @@ TEST_F(RssFeedTest, AnotherUsersFeedIsNotFoundAndNotChanged) {
   EXPECT_EQ(raw_.Run("SELECT username, title FROM rss_feed"), Rows{"bob|"});
 }
 
+TEST_F(RssFeedTest, DeleteEarlierThanReachesTheUsersFeedsUpToTheId) {
+  Insert("alice");
+  const int bobs = Insert("bob");
+  const int last = Insert("ALICE");
+  const int later = Insert("alice");
+  EXPECT_TRUE(FeedsOf("Alice").DeleteEarlierThan(last));
+  EXPECT_EQ(Listed(""), (Ids{bobs, later}));
+  RssFeed feeds(LostSession(), "alice");
+  EXPECT_FALSE(feeds.DeleteEarlierThan(last));
+  EXPECT_EQ(TakeLog(),
+            Lines{Lost("DELETE FROM \"rss_feed\" WHERE id <= $1 AND lower(username) = $2")});
+}
+
+TEST_F(RssFeedTest, DeleteEarlierThanReachesAllFeedsWithoutAUserAndThroughTheOperator) {
+  const int alices = Insert("alice");
+  EXPECT_TRUE(FeedsOf("").DeleteEarlierThan(alices));
+  EXPECT_EQ(Listed(""), Ids{});
+  const int another = Insert("alice");
+  RssFeed feeds = FeedsOf("bob");
+  DBOperator<record::RssFeed>& table = feeds;
+  EXPECT_TRUE(table.DeleteEarlierThan(another));
+  EXPECT_EQ(Listed(""), Ids{});
+}
+
 TEST_F(RssFeedTest, UserNamesBeyondAsciiMatchAsTheDatabaseLowersThem) {
   const int agir = Insert("ägir");
   const int emile = Insert("ÉMILE");
@@ -166,6 +193,51 @@ TEST_F(RssFeedTest, TheAccessorFollowsTheControllersUserName) {
   EXPECT_FALSE(feeds.Get(alices).IsValid());
   controller_.set_username("");
   EXPECT_EQ(feeds.Count({}), 2);
+}
+
+// Converts to a name that nothing else holds.
+struct Named {
+  operator std::string() const { return "alice"; }
+};
+
+TEST_F(RssFeedTest, ATemporaryNameIsKept) {
+  const std::string variable = "alice";
+  const RssFeed of_literal(Session(), "alice");
+  const RssFeed of_conversion(Session(), Named());
+  const RssFeed of_constant(Session(), static_cast<const std::string&&>(variable));
+  const RssFeed of_view(Session(), std::string(std::string_view(variable)));
+  const RssFeed of_long(Session(), std::string(100, 'a'));
+  for (const RssFeed* const feeds : {&of_literal, &of_conversion, &of_constant, &of_view}) {
+    EXPECT_EQ(Show(feeds->GetUserCondition()), "lower(username) = $1 [$1=alice]");
+  }
+  EXPECT_EQ(Show(of_long.GetUserCondition()),
+            "lower(username) = $1 [$1=" + std::string(100, 'a') + "]");
+  const RssFeed of_nobody(Session(), {});
+  EXPECT_TRUE(of_nobody.GetUserCondition().IsNull());
+}
+
+TEST_F(RssFeedTest, EachCopyKeepsATemporaryName) {
+  for (const std::string& name : {std::string("alice"), std::string(100, 'a')}) {
+    const std::string expected = "lower(username) = $1 [$1=" + name + "]";
+    auto feeds = std::make_unique<RssFeed>(Session(), std::string(name));
+    const RssFeed copy = *feeds;
+    const RssFeed& original = *feeds;
+    const RssFeed moved = std::move(*feeds);
+    EXPECT_EQ(Show(original.GetUserCondition()), expected) << "nobody's would be everybody's";
+    feeds.reset();
+    EXPECT_EQ(Show(copy.GetUserCondition()), expected);
+    EXPECT_EQ(Show(moved.GetUserCondition()), expected);
+  }
+}
+
+TEST_F(RssFeedTest, ACopyRefersToTheSameVariable) {
+  auto feeds = std::make_unique<RssFeed>(FeedsOf("alice"));
+  const RssFeed copy = *feeds;
+  const RssFeed moved = std::move(*feeds);
+  feeds.reset();
+  user_ = "bob";
+  EXPECT_EQ(Show(copy.GetUserCondition()), "lower(username) = $1 [$1=bob]");
+  EXPECT_EQ(Show(moved.GetUserCondition()), "lower(username) = $1 [$1=bob]");
 }
 
 TEST_F(RssFeedTest, ListIdTakesNoUrlAndNoOrder) {

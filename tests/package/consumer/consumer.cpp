@@ -219,7 +219,8 @@ bool ControllerHandsOutEveryTable() {
 
 bool TablesHaveTheirOwnOperations() {
   namespace db = dorvdl::db;
-  return AreThere(&db::DownloadQueue::LoImport, &db::RssFeed::ListId, &db::RssFilter::TestLike,
+  return AreThere(&db::DownloadQueue::LoImport, &db::DownloadQueue::DeleteEarlierThan,
+                  &db::RssFeed::DeleteEarlierThan, &db::RssFeed::ListId, &db::RssFilter::TestLike,
                   &db::RssItem::UpdateAllNew, &db::Thumbnail::ListFileIndexByTaskID,
                   &db::TaskPlugin::ListActivePlugin, &db::Notification::ListFromView,
                   &db::Notification::DeleteEarlierThan);
