@@ -13,6 +13,7 @@
 
 #include "dbquery/exchange.h"
 #include "dbquery/local_file.h"
+#include "dbquery/replaced_file.h"
 #include "dbquery/session_state.h"
 
 namespace dorvdbquery {

@@ -61,6 +61,14 @@ class DORVDL_EXPORT Session {
   /// regular file is ever replaced. The file's folder must be writable. Opens a transaction of its
   /// own when none is open. Returns false on failure (logged), and then leaves what is at @p path
   /// as it was.
+  ///
+  /// Symbolic links of the process's effective user and of root are followed. Another user's are
+  /// followed only into a folder that belongs to that user, so that nobody can have the export
+  /// replace what they could not replace themselves.
+  ///
+  /// A file that has no name (any more), such as "/proc/self/fd/N" of one made by memfd_create() or
+  /// of one that was removed, cannot be replaced: it is written itself and must be writable. On
+  /// failure its content is then undefined, unless there is no such object.
   bool ClientSideLOExport(unsigned long long oid, const std::string& path);
 
   /// The SOCI session, for statements that the query builder does not cover; null without a

@@ -2,8 +2,13 @@
 #ifndef TESTS_INTEGRATION_DBQUERY_LARGE_OBJECT_TEST_H_
 #define TESTS_INTEGRATION_DBQUERY_LARGE_OBJECT_TEST_H_
 
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
+
+#include <csignal>
 #include <cstddef>
 #include <filesystem>
+#include <future>
 #include <set>
 #include <string>
 
@@ -36,10 +41,25 @@ class LargeObjectTest : public QueryTest {
     return PQtransactionStatus(test_support::ConnectionOf(session_)) == PQTRANS_IDLE;
   }
 
-  // The names of everything in the test's folder.
-  std::set<std::string> Files() const {
+  // Starts the transfer, has the event happen between the opening of its file and the server's
+  // first answer, and returns the transfer's result.
+  template <typename Transfer, typename Event>
+  auto Interrupt(const Transfer& transfer, const Event& event) {
+    PGconn* const connection = test_support::ConnectionOf(session_);
+    kill(PQbackendPID(connection), SIGSTOP);
+    auto result = std::async(std::launch::async, transfer);
+    for (int unread = 0; unread == 0;) {
+      EXPECT_EQ(ioctl(PQsocket(connection), SIOCOUTQ, &unread), 0);
+    }
+    event();
+    kill(PQbackendPID(connection), SIGCONT);
+    return result.get();
+  }
+
+  // The names of everything in a folder, the test's own unless another one of it is named.
+  std::set<std::string> Files(const std::string& folder = "") const {
     std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path(""))) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path(folder))) {
       names.insert(entry.path().filename());
     }
     return names;
