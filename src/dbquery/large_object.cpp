@@ -77,7 +77,7 @@ bool CanTransfer(const SessionState* state, const char* what) {
 }
 
 // Copies the rest of @p file into a new large object; 0 on failure.
-Oid Store(SessionState& state, const LocalFile& file) {
+Oid Store(SessionState& state, LocalFile& file) {
   std::vector<char> piece(kPiece);
   const Answer made = Call(state, "write", "SELECT lo_create(0)", Arguments(0));
   if (made == nullptr) {
@@ -135,7 +135,7 @@ bool Load(SessionState& state, Oid oid, const LocalFile& file) {
 }  // namespace
 
 unsigned Session::ClientSideLOImport(const std::string& path) {
-  const LocalFile file = LocalFile::OpenRegular(path);
+  LocalFile file = LocalFile::OpenRegular(path);
   if (!file.IsOpen() || !CanTransfer(state_.get(), "write")) {
     return 0;
   }

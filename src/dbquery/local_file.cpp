@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "util/text.h"
@@ -21,18 +22,28 @@ LocalFile LocalFile::OpenRegular(const std::string& path) {
     file.LogFailure("open");
     return file;
   }
-  if (!descriptor.IsRegular()) {
+  const struct stat status = descriptor.Status();
+  if (!S_ISREG(status.st_mode)) {
     file.LogNotRegular();
     return file;
+  }
+  if (status.st_size > 0 || !descriptor.IsOnProc()) {
+    file.left_ = static_cast<std::size_t>(status.st_size);
   }
   file.descriptor_ = std::move(descriptor);
   return file;
 }
 
-ssize_t LocalFile::Read(char* data, std::size_t size) const {
-  const ssize_t length = TEMP_FAILURE_RETRY(read(descriptor_.number(), data, size));
+ssize_t LocalFile::Read(char* data, std::size_t size) {
+  const std::size_t most = std::min(size, left_.value_or(size));
+  const ssize_t length = TEMP_FAILURE_RETRY(read(descriptor_.number(), data, most));
   if (length < 0) {
     LogFailure("read");
+  } else if (length == 0 && most > 0 && left_) {
+    DORVDL_LOG(LOG_ERR, "Failed to read file [%s]: it has become shorter", path_.c_str());
+    return -1;
+  } else if (left_) {
+    *left_ -= static_cast<std::size_t>(length);
   }
   return length;
 }

@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -21,8 +22,10 @@ class LocalFile {
 
   bool IsOpen() const { return descriptor_.IsOpen(); }
 
-  // Reads up to @p size bytes; 0 at the end of the file, -1 on failure.
-  ssize_t Read(char* data, std::size_t size) const;
+  // Reads up to @p size bytes; 0 at the end that the file had when it was opened, however it grows,
+  // -1 on failure, also when the file ends before. A file of /proc, of unknown size, is read as far
+  // as it goes.
+  ssize_t Read(char* data, std::size_t size);
 
   // Writes all of @p size bytes; false on failure.
   bool Write(const char* data, std::size_t size) const;
@@ -36,6 +39,9 @@ class LocalFile {
 
   std::string path_;
   Descriptor descriptor_;
+
+ private:
+  std::optional<std::size_t> left_;  // of the size that it had, where it had one
 };
 
 }  // namespace dorvdbquery

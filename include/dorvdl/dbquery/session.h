@@ -53,7 +53,9 @@ class DORVDL_EXPORT Session {
 
   /// Stores the regular file at @p path as a new large object and returns its id, 0 on failure
   /// (logged). Opens a transaction of its own when none is open. The file is opened with the
-  /// process's effective ids.
+  /// process's effective ids and read up to the size that it has then, however it grows; one that
+  /// turns out shorter is a failure. Only files of /proc, whose size is not known, are read as far
+  /// as they go.
   unsigned ClientSideLOImport(const std::string& path);
 
   /// Writes the large object whose id is the low 32 bits of @p oid to the file at @p path, which
