@@ -10,12 +10,10 @@ namespace {
 
 using dorvdl::util::AsciiToLower;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 // Whether @p c can stand in a name or key word; all bytes beyond ASCII can.
 bool IsInWord(char c) {
   const char lower = AsciiToLower(c);
-  return (lower >= 'a' && lower <= 'z') || IsDigit(c) || c == '_' || c == '$' ||
+  return (lower >= 'a' && lower <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '$' ||
          static_cast<unsigned char>(c) >= 0x80;
 }
 
@@ -54,7 +52,7 @@ std::size_t CommentLength(std::string_view sql) {
 // starts with no tag.
 std::size_t DollarTextLength(std::string_view sql) {
   const std::size_t end = sql.find('$', 1);
-  if (end == std::string_view::npos || IsDigit(sql[1]) || WordLength(sql) <= end) {
+  if (end == std::string_view::npos || WordLength(sql) <= end) {
     return 1;
   }
   const std::string_view tag = sql.substr(0, end + 1);

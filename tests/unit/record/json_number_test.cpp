@@ -127,6 +127,7 @@ TEST_F(JsonNumberTest, EveryJsonNumberIsRead) {
 TEST_F(JsonNumberTest, WhatLooksLikeANumberInATextOrACommentIsNone) {
   EXPECT_EQ(Read(R"(["+1", "\"+1", "\\", 1.5])"), List({"+1", "\"+1", "\\", 1.5}));
   EXPECT_EQ(Read("/* +1 \" */ [1, // +1 \"\n 0.5, // .5\r 2 /* 01 **/]"), List({1, 0.5, 2}));
+  EXPECT_EQ(Read("[1, // .5\r +1]"), std::nullopt) << "the comment is over";
   EXPECT_EQ(Read("{\"01\": 0.5}")->getMemberNames(), Json::Value::Members{"01"});
 }
 
