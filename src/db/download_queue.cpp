@@ -27,10 +27,11 @@ constexpr OrderExpression kTimeLeft(
     "CASE WHEN (total_size = 0 or (current_rate < 512 and status = 2) or status != 2) THEN NULL "
     "ELSE ((total_size::float-current_size::float)/current_rate::float) END");
 
-// The columns of a task as a select list.
+// The columns of a task as a select list. Never destroyed: static objects may list tasks in their
+// destructors.
 const std::string& TaskColumns() {
-  static const std::string columns =
-      dorvdbquery::SqlText().AppendIdentifiers(record::Task::GetSelectFields()).text();
+  static const auto& columns = *new std::string(
+      dorvdbquery::SqlText().AppendIdentifiers(record::Task::GetSelectFields()).text());
   return columns;
 }
 

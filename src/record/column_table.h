@@ -177,7 +177,8 @@ class Column {
           }})
 
 // A record's columns in their order, and the record operations that follow from them. The messages
-// passed must be of the type that the table was made for.
+// passed must be of the type that the table was made for. The records make theirs with `new` and
+// never destroy them, for they are used in the destructors of static objects, too.
 class ColumnTable {
  public:
   // Whether the records render themselves as JSON.

@@ -11,7 +11,7 @@ template class MessageRecord<Notification, proto::Notification>;
 
 const ColumnTable& Notification::Columns() {
   using Message = proto::Notification;
-  static const ColumnTable columns({
+  static const auto& columns = *new ColumnTable({
       DORVDL_COLUMN(id).Key(),
       DORVDL_COLUMN(task_id),
       DORVDL_COLUMN(type).Nullable(),

@@ -22,7 +22,7 @@ template class MessageRecord<Plugin, proto::Plugin>;
 
 const ColumnTable& Plugin::Columns() {
   using Message = proto::Plugin;
-  static const ColumnTable columns({
+  static const auto& columns = *new ColumnTable({
       // An update assigns the key too. That changes nothing in the row, but it makes a record with
       // nothing but its key an update like any other, and not a failure.
       DORVDL_COLUMN(task_id).UpdatedKey(),

@@ -8,7 +8,7 @@ template class MessageRecord<RssFeed, proto::RssFeed>;
 
 const ColumnTable& RssFeed::Columns() {
   using Message = proto::RssFeed;
-  static const ColumnTable columns(
+  static const auto& columns = *new ColumnTable(
       {
           DORVDL_COLUMN(id).Key(),
           DORVDL_COLUMN(username).Nullable(),

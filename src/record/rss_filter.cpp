@@ -8,7 +8,7 @@ template class MessageRecord<RssFilter, proto::RssFilter>;
 
 const ColumnTable& RssFilter::Columns() {
   using Message = proto::RssFilter;
-  static const ColumnTable columns(
+  static const auto& columns = *new ColumnTable(
       {
           DORVDL_COLUMN(id).Key(),
           DORVDL_COLUMN(feed_id),

@@ -8,7 +8,7 @@ template class MessageRecord<RssItem, proto::RssItem>;
 
 const ColumnTable& RssItem::Columns() {
   using Message = proto::RssItem;
-  static const ColumnTable columns(
+  static const auto& columns = *new ColumnTable(
       {
           DORVDL_COLUMN(id).Key(),
           DORVDL_COLUMN(feed_id),

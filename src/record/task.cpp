@@ -51,7 +51,7 @@ template class MessageRecord<Task, proto::Task>;
 
 const ColumnTable& Task::Columns() {
   using Message = proto::Task;
-  static const ColumnTable columns({
+  static const auto& columns = *new ColumnTable({
       DORVDL_COLUMN(task_id).Key().Nullable(),
       DORVDL_COLUMN(username).Nullable(),
       DORVDL_COLUMN(pid).Nullable(),

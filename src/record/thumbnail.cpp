@@ -8,7 +8,7 @@ template class MessageRecord<Thumbnail, proto::Thumbnail>;
 
 const ColumnTable& Thumbnail::Columns() {
   using Message = proto::Thumbnail;
-  static const ColumnTable columns(
+  static const auto& columns = *new ColumnTable(
       {
           DORVDL_COLUMN(thumbnail_id).Key(),
           DORVDL_COLUMN(task_id),

@@ -8,7 +8,7 @@ template class MessageRecord<UserSetting, proto::UserSetting>;
 
 const ColumnTable& UserSetting::Columns() {
   using Message = proto::UserSetting;
-  static const ColumnTable columns({
+  static const auto& columns = *new ColumnTable({
       DORVDL_COLUMN(username).Key(),
       DORVDL_COLUMN(uid),
       DORVDL_COLUMN(share_folder),

@@ -33,21 +33,44 @@ locale_t JsonLocale() {
   return locale;
 }
 
+// Whether the thread's writer is gone: the thread is ending, or the process.
+thread_local bool writer_is_gone = false;
+
+// A writer and its stream. Neither is for several threads at once.
+class Writer {
+ public:
+  Writer() = default;
+  ~Writer() { writer_is_gone = true; }
+  Writer(const Writer&) = delete;
+  Writer& operator=(const Writer&) = delete;
+
+  std::string Write(const Json::Value& value) {
+    text_.str({});
+    const ThreadLocale scope(JsonLocale());  // the writer has its fractions printed by C
+    writer_->write(value, &text_);
+    return text_.str();
+  }
+
+ private:
+  const std::unique_ptr<Json::StreamWriter> writer_ = MakeWriter();
+  std::ostringstream text_;
+};
+
 }  // namespace
 
 std::string JsonToText(const Json::Value& value) {
+  if (writer_is_gone) {
+    return Writer().Write(value);
+  }
   // Reading a list of tasks comes through here once per row, and making a writer and a stream costs
-  // more than the writing. Neither is for several threads at once.
-  thread_local const std::unique_ptr<Json::StreamWriter> writer = MakeWriter();
-  thread_local std::ostringstream text;
-  text.str({});
-  const ThreadLocale scope(JsonLocale());  // the writer has its fractions printed by C
-  writer->write(value, &text);
-  return text.str();
+  // more than the writing.
+  thread_local Writer writer;
+  return writer.Write(value);
 }
 
 bool JsonFromText(std::string text, Json::Value& value) {
-  static const Json::CharReaderBuilder builder = MakeReaderBuilder();
+  static const auto& builder =
+      *new Json::CharReaderBuilder(MakeReaderBuilder());  // never destroyed
   const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
   const JsonNumbers numbers(text);
   bool parsed = false;

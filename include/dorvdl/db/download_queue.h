@@ -73,7 +73,7 @@ class DORVDL_EXPORT DownloadQueue : public DBOperator<record::Task> {
   bool LoExport(int task_id, const std::string& path);
 
  private:
-  std::string user_;
+  const std::string user_;  // also of what was moved from, which would reach everybody's tasks
 };
 
 }  // namespace dorvdl::db
