@@ -51,19 +51,32 @@ constexpr std::array<char, kSize> SourceNameArray(const char (&path)[kSize]) {
     return dorvdl_name.data();                                                     \
   }())
 
-/// Writes one line at @p priority (a `syslog` priority value): source name, line number, then the
-/// `printf`-like @p format (a string literal) with its arguments. Leaves `errno` as it is, so that
-/// the report about a failed call does not hide why it failed; "%m" works.
-#define DORVDL_LOG(priority, format, ...) \
-  DORVDL_LOG_AS(DORVDL_SOURCE, priority, format, ##__VA_ARGS__)
+/// `DORVDL_LOG(priority, format, ...)` writes one line at @p priority (a `syslog` priority value):
+/// source name, line number, then the `printf`-like format (a string literal) with its values, nine
+/// at most. Leaves `errno` as it is, so that the report about a failed call does not hide why it
+/// failed; "%m" works.
+#define DORVDL_LOG(priority, ...) DORVDL_LOG_AS(DORVDL_SOURCE, priority, __VA_ARGS__)
 
 /// DORVDL_LOG() under another source name, for what the log's readers know as one source although
 /// it stands in several files.
-#define DORVDL_LOG_AS(source, priority, format, ...)                    \
-  do {                                                                  \
-    const int dorvdl_saved_errno = errno;                               \
-    syslog(priority, "%s:%d " format, source, __LINE__, ##__VA_ARGS__); \
-    errno = dorvdl_saved_errno;                                         \
+#define DORVDL_LOG_AS(source, priority, ...)                     \
+  do {                                                           \
+    const int dorvdl_saved_errno = errno;                        \
+    syslog(priority, DORVDL_LOG_ARGUMENTS(source, __VA_ARGS__)); \
+    errno = dorvdl_saved_errno;                                  \
   } while (false)
+
+/// @cond internal
+// Source and line stand between the format and its values, and standard C++17 has no way to leave
+// out the comma before no values: the number of arguments picks the macro that has none.
+#define DORVDL_LOG_ARGUMENTS(source, ...)                                                         \
+  DORVDL_LOG_ELEVENTH(__VA_ARGS__, DORVDL_LOG_VALUES, DORVDL_LOG_VALUES, DORVDL_LOG_VALUES,       \
+                      DORVDL_LOG_VALUES, DORVDL_LOG_VALUES, DORVDL_LOG_VALUES, DORVDL_LOG_VALUES, \
+                      DORVDL_LOG_VALUES, DORVDL_LOG_VALUES, DORVDL_LOG_TEXT, )                    \
+  (source, __VA_ARGS__)
+#define DORVDL_LOG_ELEVENTH(a1, a2, a3, a4, a5, a6, a7, a8, a9, a10, eleventh, ...) eleventh
+#define DORVDL_LOG_TEXT(source, format) "%s:%d " format, source, __LINE__
+#define DORVDL_LOG_VALUES(source, format, ...) "%s:%d " format, source, __LINE__, __VA_ARGS__
+/// @endcond
 
 #endif  // DORVDL_UTIL_LOG_H_

@@ -51,6 +51,7 @@
 #include <dorvdl/record/task.h>
 #include <dorvdl/record/thumbnail.h>
 #include <dorvdl/record/user_setting.h>
+#include <dorvdl/util/log.h>
 #include <dorvdl/util/privilege.h>
 #include <dorvdl/util/to_lower.h>
 #include <json/json.h>
@@ -64,7 +65,7 @@
 #include <utility>
 #include <vector>
 
-namespace {
+namespace consumer {
 
 // A record of the program's own, and its table.
 class Note : public dorvdl::record::RecordBase {
@@ -110,13 +111,17 @@ class Settings : public dorvdl::db::DBOperator<dorvdl::record::UserSetting> {
   const char* GetPrimaryKeyName() override { return "username"; }
 };
 
-}  // namespace
+}  // namespace consumer
 
 // Every operation is compiled and linked, though none can run without a server.
-template class dorvdl::db::DBOperator<Note>;
+template class dorvdl::db::DBOperator<consumer::Note>;
 template class dorvdl::db::DBOperator<dorvdl::record::UserSetting>;
 
 namespace {
+
+using consumer::Note;
+using consumer::Notes;
+using consumer::Settings;
 
 bool HelpersWork() { return dorvdl::util::ToLower("Ägir") == "ägir"; }
 
@@ -324,7 +329,12 @@ bool IdsAreSwitchedAndRestored() {
   const uid_t uid = geteuid();
   const gid_t gid = getegid();
   bool ran = false;
-  IF_RUN_AS(uid, gid) { ran = IdsAreAsBefore(uid, gid); }
+  IF_RUN_AS(uid, gid) {
+    IF_RUN_AS(uid, gid) { ran = IdsAreAsBefore(uid, gid); }
+  }
+  else {
+    DORVDL_LOG(LOG_ERR, "Failed to run as %u", static_cast<unsigned>(uid));
+  }
   ENTERCriticalSection;
   LEAVECriticalSection;
   return ran && IdsAreAsBefore(uid, gid);

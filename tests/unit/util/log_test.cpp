@@ -41,6 +41,11 @@ TEST(LogTest, ALineHasPrioritySourceNumberAndText) {
   EXPECT_EQ(test_support::TakenLineNumbers(), (std::vector<int>{line + 1, line + 2}));
 }
 
+TEST(LogTest, ALineHasUpToNineValues) {
+  DORVDL_LOG(LOG_ERR, "%d%d%d%d%d%d%d%d%s", 1, 2, 3, 4, 5, 6, 7, 8, "9");
+  EXPECT_EQ(test_support::TakeLog(), (std::vector<LogLine>{{kError, "log_test", "123456789"}}));
+}
+
 TEST(LogTest, KeepsErrnoForTheLineAndTheCaller) {
   errno = ENOENT;
   DORVDL_LOG(LOG_ERR, "%m");
