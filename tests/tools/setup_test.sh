@@ -44,4 +44,13 @@ test_help_comes_before_any_package() {
   expect_contains "$output" "usage: scripts/test [--preset"
 }
 
+test_a_wrong_call_is_told_from_a_failure() {
+  local call
+  for call in 'test --preset' 'test --preset none' 'demo --fast' 'check-floors --fast'; do
+    # shellcheck disable=SC2086
+    expect_status 2 "$checkout"/scripts/$call
+    expect_contains "$output" "usage: "
+  done
+}
+
 run_test "$@"
