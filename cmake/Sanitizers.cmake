@@ -1,4 +1,5 @@
-# -DDORVDL_SANITIZE=address,undefined builds everything with those sanitizers (preset "asan").
+# -DDORVDL_SANITIZE=address,undefined builds everything with those sanitizers (preset "asan"), and
+# -DDORVDL_SANITIZE=thread with that one (preset "tsan").
 set(DORVDL_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 if(DORVDL_SANITIZE)
   # "vptr" needs the type information of SOCI's back end, which that library does not export. The

@@ -12,7 +12,7 @@ thread_local int allocations = 0;
 }
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the names are the C library's and the sanitizer's.
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*on_malloc)(const volatile void*,
                                                                            std::size_t),
                                                          void (*on_free)(const volatile void*));
