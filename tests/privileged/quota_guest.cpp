@@ -83,6 +83,7 @@ void HideExtendedRegisters() {
       "rootflags=/",    "ro",       "ubd0=" + image,  "init=" + std::string(self.data()),
       kNoWideRegisters, "con=null", "con0=fd:0,fd:1", "quiet"};
   std::vector<char*> words;
+  words.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) {
     words.push_back(const_cast<char*>(argument.c_str()));
   }

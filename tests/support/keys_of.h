@@ -10,6 +10,7 @@ namespace test_support {
 template <typename Record>
 std::vector<int> KeysOf(const std::vector<Record>& records) {
   std::vector<int> keys;
+  keys.reserve(records.size());
   for (const Record& record : records) {
     keys.push_back(record.primary_key());
   }

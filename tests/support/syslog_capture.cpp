@@ -72,6 +72,7 @@ std::vector<int> TakenLineNumbers() {
 
 }  // namespace test_support
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are the C library's.
 extern "C" {
 #define EXPORTED __attribute__((visibility("default")))
 
@@ -94,3 +95,4 @@ EXPORTED void __syslog_chk(int priority, int, const char* format, ...) {
   va_end(arguments);
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)
