@@ -63,11 +63,11 @@ test_names_a_mistake_in_a_shell_script_whatever_it_is_called() {
   plant tools/posix '#!/bin/sh' 'echo $1'
   plant tools/bash '#!/usr/bin/env bash' 'echo $1'
   plant tools/sourced '# For others to source.' '# shellcheck shell=bash' 'echo $1'
-  plant tools/hook.sh '#!/bin/bash -e' 'echo $1'
+  plant tools/bare.sh 'echo 1'
   expect_finding tools/posix:2
   expect_contains "$output" tools/bash:2:
   expect_contains "$output" tools/sourced:3:
-  expect_contains "$output" tools/hook.sh:2:
+  expect_contains "$output" tools/bare.sh:1:
 }
 
 test_takes_nothing_else_for_a_shell_script() {
