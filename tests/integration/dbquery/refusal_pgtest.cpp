@@ -111,12 +111,10 @@ TEST_F(RefusalTest, ScopesThatEndInTheWrongOrderTouchNothing) {
 }
 
 TEST_F(RefusalTest, MoreValuesThanAStatementCanCarryAreNotSent) {
-  Condition condition = Condition::Null();
-  for (int i = 0; i <= 65535; ++i) {
-    condition = Condition::ConditionFactory<int>("id", "=", i) && condition;
-  }
-  SelectQuery query(session_, "item");
-  query.Where(condition);
+  constexpr std::size_t kTooMany = 65536;
+  InsertQuery query(session_, "item");
+  query.SetInsertAll(std::vector<std::string>(kTooMany, "id"));
+  query.Values(std::vector<Parameter>(kTooMany, ToParameter(1)));
   EXPECT_FALSE(query.Execute());
   EXPECT_EQ(TakeLog(), Lines{Failed("the statement is too large")});
   EXPECT_TRUE(session_.Good());
