@@ -15,9 +15,10 @@ constexpr int kFarewell = 100;
 
 // libpq does not say that sending has failed. It goes on to read, for a server that has hung up may
 // have said why; where only the sending failed it would wait for an answer that nobody was asked
-// for. What it leaves behind is the error number, which is 0 after a good send.
+// for. What it leaves behind is the error number, which is 0 after a good send, unless a handler
+// that collects children has come in between: those often leave their last error, ECHILD.
 void HangUpIfUnsent(PGconn* connection, int send_error) {
-  if (send_error == 0) {
+  if (send_error == 0 || send_error == ECHILD) {
     return;
   }
   pollfd socket{PQsocket(connection), POLLIN, 0};
