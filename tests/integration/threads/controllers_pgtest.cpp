@@ -31,6 +31,7 @@ void InThreads(const std::function<void(int)>& work) {
   std::promise<void> start;
   const std::shared_future<void> started = start.get_future().share();
   std::vector<std::future<void>> threads;
+  threads.reserve(kThreads);
   for (int number = 0; number < kThreads; ++number) {
     threads.push_back(std::async(std::launch::async, [&work, started, number] {
       started.wait();
