@@ -4,6 +4,7 @@
 #include <json/writer.h>
 
 #include <memory>
+#include <optional>
 #include <sstream>
 
 #include "util/json_numbers.h"
@@ -46,7 +47,10 @@ class Writer {
 
   std::string Write(const Json::Value& value) {
     text_.str({});
-    const ThreadLocale scope(JsonLocale());  // the writer has its fractions printed by C
+    std::optional<ThreadLocale> scope;
+    if (!value.isString()) {        // which each row of a list of tasks has one of
+      scope.emplace(JsonLocale());  // the writer has its fractions printed by C
+    }
     writer_->write(value, &text_);
     return text_.str();
   }
