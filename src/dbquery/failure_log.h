@@ -12,6 +12,9 @@ namespace dorvdbquery {
 // left out. @p result may be null when there was no answer.
 void LogFailedStatement(const PGresult* result, const char* statement);
 
+// Why nothing is sent on a session that is gone or never had a connection.
+inline constexpr char kNoConnection[] = "the session has no connection";
+
 // Logs at error level, from "dbquery/query", why a statement was not sent.
 void LogUnsentStatement(const char* reason);
 

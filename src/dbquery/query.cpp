@@ -12,8 +12,6 @@ namespace dorvdbquery {
 
 namespace {
 
-constexpr char kGone[] = "the session has no connection";
-
 // The longest message that the server reads, with some room for what frames the values. It hangs up
 // on a longer one.
 constexpr std::size_t kLongestMessage = 0x3fff0000;  // bytes
@@ -35,7 +33,7 @@ const char* Refusal(const SqlText& sql, const SessionState* state) {
   if (IsTooLarge(sql)) {
     return "the statement is too large";
   }
-  return state == nullptr ? kGone : state->Refusal();
+  return state == nullptr ? kNoConnection : state->Refusal();
 }
 
 }  // namespace
@@ -81,7 +79,7 @@ bool Query::FetchNext() {
   }
   const auto state = session();  // reading notes in it whether there was a row
   if (state == nullptr) {
-    LogUnsentStatement(kGone);
+    LogUnsentStatement(kNoConnection);
     return false;
   }
   try {

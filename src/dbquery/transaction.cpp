@@ -11,8 +11,6 @@
 namespace dorvdbquery {
 namespace {
 
-constexpr char kGone[] = "the session has no connection";
-
 // Commands about savepoints stand on the stack: a scope has to end also when memory is short.
 constexpr std::size_t kCommandSize = 80;
 
@@ -32,7 +30,7 @@ bool Command(SessionState& state, const char* command, const char* tag) {
 Transaction::Transaction(Session& session) : state_(session.state_) {
   const auto state = state_.lock();
   if (state == nullptr) {
-    LogUnsentStatement(kGone);
+    LogUnsentStatement(kNoConnection);
     return;
   }
   const PGTransactionStatusType status = PQtransactionStatus(state->connection());
@@ -89,7 +87,7 @@ void Transaction::Rollback() {
   is_open_ = false;
   const auto state = state_.lock();
   if (state == nullptr) {
-    LogUnsentStatement(kGone);
+    LogUnsentStatement(kNoConnection);
     return;
   }
   Leave(*state);
