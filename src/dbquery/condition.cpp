@@ -69,6 +69,24 @@ Condition Condition::InList(const std::string& column, const std::string& array)
   });
 }
 
+Condition Condition::InRows(const std::string& column, const std::string& table,
+                            const std::string& key, const Condition& condition) {
+  return Of([column, table, key, condition](SqlText& statement) {
+    statement.AppendIdentifier(column).Append(" IN (SELECT ").AppendIdentifier(key);
+    statement.Append(" FROM ").AppendIdentifier(table);
+    condition.AppendWhereTo(statement);
+    statement.Append(")");
+  });
+}
+
+Condition Condition::HasRow(const std::string& table, const Condition& condition) {
+  return Of([table, condition](SqlText& statement) {
+    statement.Append("EXISTS (SELECT 1 FROM ").AppendIdentifier(table);
+    condition.AppendWhereTo(statement);
+    statement.Append(")");
+  });
+}
+
 Condition Condition::HasSubstring(const std::string& column, const std::string& text) {
   return Of([column, text](SqlText& statement) {
     statement.Append("strpos(").AppendIdentifier(column).Append(", ").Bind(text).Append(") > 0");
@@ -98,6 +116,13 @@ Condition Condition::operator&&(const Condition& other) const {
     statement.Append(" AND ");
     right.AppendTo(statement);
   });
+}
+
+void Condition::AppendWhereTo(SqlText& statement) const {
+  if (!IsNull()) {
+    statement.Append(" WHERE ");
+    AppendTo(statement);
+  }
 }
 
 }  // namespace dorvdbquery

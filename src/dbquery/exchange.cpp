@@ -6,6 +6,8 @@
 
 #include <cerrno>
 
+#include "dbquery/failures.h"
+
 namespace dorvdbquery {
 namespace {
 
@@ -29,9 +31,10 @@ void HangUpIfUnsent(PGconn* connection, int send_error) {
 
 // Sends by @p send, whose result is libpq's, and receives.
 template <typename Send>
-Answer Exchange(SessionState& state, Send send) {
+Answer Exchange(SessionState& state, Purpose purpose, Send send) {
   Answer answer;
   if (state.is_broken) {
+    state.Note(FailureOf(nullptr));
     return answer;
   }
   PGconn* const connection = state.connection();
@@ -42,8 +45,13 @@ Answer Exchange(SessionState& state, Send send) {
       answer.reset(next);
     }
   }
-  if (!IsSuccess(answer.get()) && !IsFromServer(answer.get())) {
-    state.Break();
+  if (!IsSuccess(answer.get())) {
+    state.Note(FailureOf(answer.get()));
+    if (!IsFromServer(answer.get())) {
+      state.Break();
+    }
+  } else if (purpose == Purpose::kWork && state.failure) {
+    state.failure = {};
   }
   return answer;
 }
@@ -77,12 +85,14 @@ Arguments& Arguments::AddBytes(std::string_view bytes) {
   return *this;
 }
 
-Answer Ask(SessionState& state, const char* text) {
-  return Exchange(state, [text](PGconn* connection) { return PQsendQuery(connection, text); });
+Answer Ask(SessionState& state, const char* text, Purpose purpose) {
+  return Exchange(state, purpose,
+                  [text](PGconn* connection) { return PQsendQuery(connection, text); });
 }
 
-Answer Ask(SessionState& state, const char* text, const Arguments& arguments, AnswerForm form) {
-  return Exchange(state, [&](PGconn* connection) {
+Answer Ask(SessionState& state, const char* text, const Arguments& arguments, AnswerForm form,
+           Purpose purpose) {
+  return Exchange(state, purpose, [&](PGconn* connection) {
     return PQsendQueryParams(connection, text, arguments.count(), nullptr, arguments.values(),
                              arguments.lengths(), arguments.formats(), static_cast<int>(form));
   });

@@ -52,15 +52,19 @@ class Arguments {
 
 enum class AnswerForm { kText = 0, kBinary = 1 };
 
+// What is asked for the sake of something that has failed leaves what that failed with.
+enum class Purpose { kWork, kCleanUp };
+
 // Sends @p text, one or more statements without placeholders, and waits for all of the answer: that
-// of the last statement, or of the first that failed. Allocates nothing itself. On a failure that
-// is not the server's the session is broken; on a broken session nothing is sent, and the answer is
-// null.
-Answer Ask(SessionState& state, const char* text);
+// of the last statement, or of the first that failed. Allocates nothing but the message of a
+// failure, which is done without when memory is short. What it failed with, or that it has not, is
+// the session's failure afterwards. On a failure that is not the server's the session is broken; on
+// a broken session nothing is sent, and the answer is null.
+Answer Ask(SessionState& state, const char* text, Purpose purpose = Purpose::kWork);
 
 // The same for one statement and the values of its placeholders.
 Answer Ask(SessionState& state, const char* text, const Arguments& arguments,
-           AnswerForm form = AnswerForm::kText);
+           AnswerForm form = AnswerForm::kText, Purpose purpose = Purpose::kWork);
 
 }  // namespace dorvdbquery
 

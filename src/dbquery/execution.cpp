@@ -27,7 +27,7 @@ Answer Send(SessionState& state, const SqlText& sql) {
 }  // namespace
 
 Execution::Execution(SessionState& state, SqlText sql, const std::vector<Target>& targets)
-    : sql_(std::move(sql)), statement_(state.session) {
+    : sql_(std::move(sql)), statement_(*state.session) {
   statement_.alloc();
   for (const Target& add_target : targets) {
     add_target(statement_);

@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "dbquery/failures.h"
+
 namespace dorvdbquery {
 namespace {
 
@@ -17,7 +19,7 @@ void LogFailedStatement(const PGresult* result, const char* statement) {
   const char* message = PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY);
   if (sqlstate == nullptr) {
     sqlstate = "08006";
-    message = "the connection to the server is lost";
+    message = kLostConnection;
   } else if (std::strncmp(sqlstate, "22", 2) == 0) {
     message = "invalid value";
   }

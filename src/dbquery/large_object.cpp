@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "dbquery/exchange.h"
+#include "dbquery/failures.h"
 #include "dbquery/local_file.h"
 #include "dbquery/replaced_file.h"
 #include "dbquery/session_state.h"
@@ -40,8 +41,8 @@ class OwnTransaction {
 // Runs a statement about a large object, as libpq's calls do on their way; null, and a line in the
 // log that says what could not be done, when it fails.
 Answer Call(SessionState& state, const char* what, const char* statement,
-            const Arguments& arguments) {
-  Answer answer = Ask(state, statement, arguments, AnswerForm::kBinary);
+            const Arguments& arguments, Purpose purpose = Purpose::kWork) {
+  Answer answer = Ask(state, statement, arguments, AnswerForm::kBinary, purpose);
   if (!IsSuccess(answer.get())) {
     const std::string message(PQerrorMessage(state.connection()));
     DORVDL_LOG(LOG_ERR, "Failed to %s large object: %s", what,
@@ -65,15 +66,22 @@ std::uint32_t NumberOf(const Answer& answer) {
 }
 
 // Whether calls can be made; logs when they cannot.
-bool CanTransfer(const SessionState* state, const char* what) {
-  const bool is_usable = state != nullptr && !state->is_broken && state->Refusal() == nullptr;
+bool CanTransfer(SessionState* state, const char* what) {
+  const char* const refusal = state == nullptr ? nullptr : state->Refusal();
+  const bool is_usable = state != nullptr && !state->is_broken && refusal == nullptr;
   if (!is_usable) {
     DORVDL_LOG(LOG_ERR, "Failed to %s large object: no connection or transaction", what);
-    if (state != nullptr) {
-      state->FailScope();
-    }
+  }
+  if (state != nullptr && !is_usable) {
+    state->Note(refusal != nullptr ? OwnFailure(Failure::Kind::kRefused, refusal)
+                                   : OwnFailure(Failure::Kind::kConnection, kLostConnection));
   }
   return is_usable;
+}
+
+// Notes that a file could not be read or written.
+void NoteProblem(SessionState& state, const LocalFile& file) {
+  state.Note(OwnFailure(Failure::Kind::kLocal, file.problem().c_str()));
 }
 
 // Copies the rest of @p file into a new large object; 0 on failure.
@@ -91,8 +99,10 @@ Oid Store(SessionState& state, LocalFile& file) {
       return oid;
     }
     if (size < 0) {
+      NoteProblem(state, file);
       // The transaction may be the caller's and go on.
-      Call(state, "remove", "SELECT lo_unlink($1)", Arguments(1).AddText(id.c_str()));
+      Call(state, "remove", "SELECT lo_unlink($1)", Arguments(1).AddText(id.c_str()),
+           Purpose::kCleanUp);
       return InvalidOid;
     }
     const std::string offset = std::to_string(stored);
@@ -107,7 +117,7 @@ Oid Store(SessionState& state, LocalFile& file) {
 
 // Copies the large object @p oid to @p file; false on failure. The object is opened, so that all of
 // its pieces are of one moment.
-bool Load(SessionState& state, Oid oid, const LocalFile& file) {
+bool Load(SessionState& state, Oid oid, LocalFile& file) {
   const std::string id = std::to_string(oid);
   const std::string mode = std::to_string(INV_READ);
   const Answer opened = Call(state, "read", "SELECT lo_open($1, $2)",
@@ -127,8 +137,12 @@ bool Load(SessionState& state, Oid oid, const LocalFile& file) {
     size = ValueOf(piece).size();
     written = file.Write(ValueOf(piece).data(), size);
   }
+  if (!written) {
+    NoteProblem(state, file);
+  }
   const bool closed =
-      Call(state, "read", "SELECT lo_close($1)", Arguments(1).AddText(object.c_str())) != nullptr;
+      Call(state, "read", "SELECT lo_close($1)", Arguments(1).AddText(object.c_str()),
+           written ? Purpose::kWork : Purpose::kCleanUp) != nullptr;
   return written && closed;
 }
 
@@ -136,7 +150,11 @@ bool Load(SessionState& state, Oid oid, const LocalFile& file) {
 
 unsigned Session::ClientSideLOImport(const std::string& path) {
   LocalFile file = LocalFile::OpenRegular(path);
-  if (!file.IsOpen() || !CanTransfer(state_.get(), "write")) {
+  if (!file.IsOpen()) {
+    Fail(OwnFailure(Failure::Kind::kLocal, file.problem().c_str()));
+    return 0;
+  }
+  if (!CanTransfer(state_.get(), "write")) {
     return 0;
   }
   OwnTransaction transaction(*this, state_->connection());
@@ -150,12 +168,18 @@ bool Session::ClientSideLOExport(unsigned long long oid, const std::string& path
   }
   ReplacedFile file(path);
   if (!file.IsOpen()) {
+    NoteProblem(*state_, file);
     return false;
   }
   OwnTransaction transaction(*this, state_->connection());
-  return state_->failed_begins == 0 &&
-         // An object id has 32 bits; what is above is the sign of the column it was kept in.
-         Load(*state_, static_cast<Oid>(oid), file) && transaction.Commit() && file.Replace();
+  // An object id has 32 bits; what is above is the sign of the column it was kept in.
+  const bool is_complete = state_->failed_begins == 0 &&
+                           Load(*state_, static_cast<Oid>(oid), file) && transaction.Commit();
+  if (is_complete && !file.Replace()) {
+    NoteProblem(*state_, file);
+    return false;
+  }
+  return is_complete;
 }
 
 }  // namespace dorvdbquery

@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <system_error>
 #include <utility>
 
 #include "util/text.h"
@@ -40,7 +42,7 @@ ssize_t LocalFile::Read(char* data, std::size_t size) {
   if (length < 0) {
     LogFailure("read");
   } else if (length == 0 && most > 0 && left_) {
-    DORVDL_LOG(LOG_ERR, "Failed to read file [%s]: it has become shorter", path_.c_str());
+    LogFailure("read", "it has become shorter");
     return -1;
   } else if (left_) {
     *left_ -= static_cast<std::size_t>(length);
@@ -48,7 +50,7 @@ ssize_t LocalFile::Read(char* data, std::size_t size) {
   return length;
 }
 
-bool LocalFile::Write(const char* data, std::size_t size) const {
+bool LocalFile::Write(const char* data, std::size_t size) {
   while (size > 0) {
     const ssize_t length = TEMP_FAILURE_RETRY(write(descriptor_.number(), data, size));
     if (length < 0) {
@@ -61,20 +63,24 @@ bool LocalFile::Write(const char* data, std::size_t size) const {
   return true;
 }
 
-bool LocalFile::PathHasNul() const {
+bool LocalFile::PathHasNul() {
   if (dorvdl::util::HasNul(path_)) {
-    DORVDL_LOG(LOG_ERR, "Failed to open file: the path has an embedded NUL");
+    problem_ = "Failed to open file: the path has an embedded NUL";
+    DORVDL_LOG(LOG_ERR, "%s", problem_.c_str());
     return true;
   }
   return false;
 }
 
-void LocalFile::LogFailure(const char* what) const {
-  DORVDL_LOG(LOG_ERR, "Failed to %s file [%s]: %m", what, path_.c_str());
+void LocalFile::LogFailure(const char* what) {
+  LogFailure(what, std::generic_category().message(errno));
 }
 
-void LocalFile::LogNotRegular() const {
-  DORVDL_LOG(LOG_ERR, "Failed to open file [%s]: not a regular file", path_.c_str());
+void LocalFile::LogNotRegular() { LogFailure("open", "not a regular file"); }
+
+void LocalFile::LogFailure(const char* what, const std::string& reason) {
+  problem_ = std::string("Failed to ") + what + " file: " + reason;
+  DORVDL_LOG(LOG_ERR, "Failed to %s file [%s]: %s", what, path_.c_str(), reason.c_str());
 }
 
 }  // namespace dorvdbquery

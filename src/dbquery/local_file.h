@@ -28,19 +28,26 @@ class LocalFile {
   ssize_t Read(char* data, std::size_t size);
 
   // Writes all of @p size bytes; false on failure.
-  bool Write(const char* data, std::size_t size) const;
+  bool Write(const char* data, std::size_t size);
+
+  // What failed last, without the path.
+  const std::string& problem() const { return problem_; }
 
  protected:
   explicit LocalFile(std::string path) : path_(std::move(path)) {}
 
-  bool PathHasNul() const;
-  void LogFailure(const char* what) const;
-  void LogNotRegular() const;
+  // Each logs a problem, and remembers it.
+  bool PathHasNul();
+  void LogFailure(const char* what);
+  void LogNotRegular();
 
   std::string path_;
   Descriptor descriptor_;
 
  private:
+  void LogFailure(const char* what, const std::string& reason);
+
+  std::string problem_;
   std::optional<std::size_t> left_;  // of the size that it had, where it had one
 };
 

@@ -6,6 +6,7 @@
 
 #include "dbquery/execution.h"
 #include "dbquery/failure_log.h"
+#include "dbquery/failures.h"
 #include "dbquery/session_state.h"
 
 namespace dorvdbquery {
@@ -15,6 +16,9 @@ namespace {
 // The longest message that the server reads, with some room for what frames the values. It hangs up
 // on a longer one.
 constexpr std::size_t kLongestMessage = 0x3fff0000;  // bytes
+
+// Not what an exception says, which may quote the value.
+constexpr char kUnreadableRow[] = "a row could not be read";
 
 // Whether the protocol cannot carry the statement.
 bool IsTooLarge(const SqlText& sql) {
@@ -36,6 +40,14 @@ const char* Refusal(const SqlText& sql, const SessionState* state) {
   return state == nullptr ? kNoConnection : state->Refusal();
 }
 
+// Has a statement fail that the library does not send, or does not take for done.
+void Refuse(SessionState* state, const char* reason) {
+  LogUnsentStatement(reason);
+  if (state != nullptr) {
+    state->Note(OwnFailure(Failure::Kind::kRefused, reason));
+  }
+}
+
 }  // namespace
 
 Query::Query(const Session& session, std::string table)
@@ -48,15 +60,15 @@ bool Query::Execute() { return Run() && (FetchNext(), true); }
 bool Query::Run() {
   execution_.reset();
   SqlText sql = Statement();
+  const auto state = session();
   if (sql.text().empty() && sql.refusal().empty()) {
+    if (state != nullptr) {
+      state->failure = {};  // nothing to do is an answer
+    }
     return false;
   }
-  const auto state = session();
   if (const char* const reason = Refusal(sql, state.get())) {
-    LogUnsentStatement(reason);
-    if (state != nullptr) {
-      state->FailScope();
-    }
+    Refuse(state.get(), reason);
     return false;
   }
   auto execution = std::make_unique<Execution>(*state, std::move(sql), targets_);
@@ -66,11 +78,22 @@ bool Query::Run() {
       return false;
     }
   } catch (const soci::soci_error& error) {
+    state->Note(OwnFailure(Failure::Kind::kLocal, kUnreadableRow));
     // The context that SOCI adds holds its statement.
     throw soci::soci_error(error.get_error_message());
   }
   execution_ = std::move(execution);
+  if (!demand_.IsNull() && RowCount() == 0) {
+    execution_.reset();
+    Refuse(state.get(), demand_refusal_);
+    return false;
+  }
   return true;
+}
+
+void Query::OnlyWhen(const Condition& demand, const char* refusal) {
+  demand_ = demand;
+  demand_refusal_ = refusal;
 }
 
 bool Query::FetchNext() {
@@ -85,7 +108,11 @@ bool Query::FetchNext() {
   try {
     return execution_->Fetch();
   } catch (const soci::soci_error& error) {
+    state->Note(OwnFailure(Failure::Kind::kLocal, kUnreadableRow));
     throw soci::soci_error(error.get_error_message());
+  } catch (...) {
+    state->Note(OwnFailure(Failure::Kind::kLocal, kUnreadableRow));
+    throw;
   }
 }
 
@@ -100,11 +127,8 @@ long long Query::AffectedRows() const {
 
 ConditionalQuery::~ConditionalQuery() = default;
 
-void ConditionalQuery::AppendWhere(SqlText& statement) const {
-  if (!condition_.IsNull()) {
-    statement.Append(" WHERE ");
-    condition_.AppendTo(statement);
-  }
+void ConditionalQuery::AppendWhere(SqlText& statement, const Condition& further) const {
+  (condition_ && further).AppendWhereTo(statement);
 }
 
 }  // namespace dorvdbquery

@@ -1,9 +1,8 @@
 #include <dorvdl/dbquery/session.h>
-#include <poll.h>
-#include <unistd.h>
 
 #include <utility>
 
+#include "dbquery/failure_log.h"
 #include "dbquery/session_state.h"
 #include "util/text.h"
 
@@ -72,26 +71,40 @@ Session& Session::operator=(Session&&) noexcept = default;
 
 Session Session::PGSQL(const std::string& user, const std::string& database) {
   auto state = std::make_shared<SessionState>();
-  state->session.open(soci::postgresql,
-                      "user=" + Quoted(user) + " dbname=" + Quoted(database) +
-                          " application_name='libdorvdlcore' client_encoding='UTF8'" +
-                          WaitingLimits());
+  state->session->open(soci::postgresql,
+                       "user=" + Quoted(user) + " dbname=" + Quoted(database) +
+                           " application_name='libdorvdlcore' client_encoding='UTF8'" +
+                           WaitingLimits());
   // libpq would print the server's notices to the program's stderr. Those of the connecting itself
   // it does print: SOCI connects and gives no way in between.
   PQsetNoticeReceiver(state->connection(), DropNotice, nullptr);
   return Session(std::move(state));
 }
 
-bool Session::Good() const {
-  if (state_ == nullptr || state_->is_broken || PQstatus(state_->connection()) != CONNECTION_OK) {
+bool Session::Good() const { return state_ != nullptr && state_->IsGood(); }
+
+bool Session::InTransaction() const {
+  if (state_ == nullptr) {
     return false;
   }
-  // An idle connection has nothing to say, so the other end's hang-up shows at once, while data
-  // that waits in front of it (the server's farewell) would hide it from a read.
-  pollfd socket{PQsocket(state_->connection()), POLLRDHUP, 0};
-  return TEMP_FAILURE_RETRY(poll(&socket, 1, 0)) == 0;
+  const PGTransactionStatusType status = PQtransactionStatus(state_->connection());
+  return status == PQTRANS_INTRANS || status == PQTRANS_INERROR;
 }
 
-soci::session* Session::handle() const { return state_ == nullptr ? nullptr : &state_->session; }
+const Failure& Session::failure() const {
+  // Never destroyed, for static objects may ask in their destructors.
+  static const auto& no_connection = *new Failure{Failure::Kind::kConnection, "", kNoConnection};
+  return state_ == nullptr ? no_connection : state_->failure;
+}
+
+void Session::Fail(const Failure& failure) {
+  if (state_ != nullptr) {
+    state_->Note(failure);
+  }
+}
+
+soci::session* Session::handle() const {
+  return state_ == nullptr ? nullptr : state_->session.get();
+}
 
 }  // namespace dorvdbquery

@@ -1,9 +1,24 @@
 #include "dbquery/session_state.h"
 
 #include <dorvdl/dbquery/transaction.h>
+#include <poll.h>
 #include <sys/socket.h>
+#include <unistd.h>
+
+#include "dbquery/failure_keeper.h"
+#include "dbquery/failures.h"
 
 namespace dorvdbquery {
+
+bool SessionState::IsGood() const {
+  if (is_broken || PQstatus(connection()) != CONNECTION_OK) {
+    return false;
+  }
+  // An idle connection has nothing to say, so the other end's hang-up shows at once, while data
+  // that waits in front of it (the server's farewell) would hide it from a read.
+  pollfd socket{PQsocket(connection()), POLLRDHUP, 0};
+  return TEMP_FAILURE_RETRY(poll(&socket, 1, 0)) == 0;
+}
 
 const char* SessionState::Refusal() const {
   if (failed_begins > 0) {
@@ -19,9 +34,13 @@ const char* SessionState::Refusal() const {
   return nullptr;
 }
 
-void SessionState::FailScope() const {
+void SessionState::Note(const Failure& noted) noexcept {
+  Remember(noted, failure);
   if (innermost != nullptr) {
-    innermost->has_failed_ = true;
+    innermost->Note(noted);
+  }
+  if (keeper != nullptr) {
+    keeper->Keep(noted);
   }
 }
 

@@ -2,21 +2,31 @@
 #ifndef SRC_DBQUERY_SESSION_STATE_H_
 #define SRC_DBQUERY_SESSION_STATE_H_
 
+#include <dorvdl/dbquery/failure.h>
 #include <soci/postgresql/soci-postgresql.h>
 #include <soci/soci.h>
 
+#include <memory>
+
 namespace dorvdbquery {
 
+class FailureKeeper;
 class Transaction;
 
 // Statements and transactions refer to it weakly, so that they fail, and touch nothing, once the
 // session is gone.
 struct SessionState {
-  soci::session session;
+  // By pointer, for SOCI's sessions cannot be moved, and a pooled connection passes from one state
+  // to the next. Never null while anything can reach the state.
+  std::unique_ptr<soci::session> session = std::make_unique<soci::session>();
 
   Transaction* innermost = nullptr;  // the scope that statements are in; null outside of any
   int savepoints = 0;                // how many were made, to name the next one
   int failed_begins = 0;             // transactions that could not begin and are still in scope
+
+  // What the last statement, large-object call or transaction command failed with.
+  Failure failure;
+  FailureKeeper* keeper = nullptr;  // who wants to know of the first one; null when nobody does
 
   // That libpq has lost its place in the conversation: it has reported a failure that the server
   // did not send, so an answer may still arrive, which would be taken for the next statement's.
@@ -25,18 +35,20 @@ struct SessionState {
   // libpq's connection. The back end is known to be PostgreSQL's, and SOCI gives no other way
   // (dynamic_cast to its type does not link).
   PGconn* connection() const {
-    // SOCI's interface lacks the const; nothing is changed.
-    auto& open = const_cast<soci::session&>(session);
-    return static_cast<soci::postgresql_session_backend*>(open.get_backend())->conn_;
+    return static_cast<soci::postgresql_session_backend*>(session->get_backend())->conn_;
   }
+
+  // Whether the connection is usable, as far as can be told without a round trip.
+  bool IsGood() const;
 
   // Why nothing may be sent that belongs to the innermost scope; null when it may be. A broken or
   // lost connection is no reason of these: that is a failed statement, not a refused one.
   const char* Refusal() const;
 
-  // Makes the innermost scope, if there is one, a failed one: what the library refuses to send is
-  // missing in it as much as what the server refuses to do.
-  void FailScope() const;
+  // Notes a failure, for those who ask what something failed with. What the library has refused
+  // fails the innermost scope, if there is one, for it is missing there as much as what the server
+  // refuses to do; that the server remembers itself.
+  void Note(const Failure& failure) noexcept;
 
   // Marks the session as broken and hangs up, so that the server rolls back and lets go of its
   // locks whoever still holds the session.

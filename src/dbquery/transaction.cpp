@@ -6,6 +6,7 @@
 
 #include "dbquery/exchange.h"
 #include "dbquery/failure_log.h"
+#include "dbquery/failures.h"
 #include "dbquery/session_state.h"
 
 namespace dorvdbquery {
@@ -14,43 +15,51 @@ namespace {
 // Commands about savepoints stand on the stack: a scope has to end also when memory is short.
 constexpr std::size_t kCommandSize = 80;
 
-// Runs a command; true when the server confirms it with the tag @p tag. (It answers a COMMIT of a
-// failed transaction with the tag ROLLBACK and no error.) Failures are logged. Allocates nothing.
-bool Command(SessionState& state, const char* command, const char* tag) {
-  const Answer answer = Ask(state, command);
-  if (IsSuccess(answer.get())) {
-    return std::strcmp(PQcmdStatus(answer.get()), tag) == 0;
+// Runs a command; its failure is logged. Allocates nothing but what Ask() does.
+Answer Command(SessionState& state, const char* command, Purpose purpose = Purpose::kWork) {
+  Answer answer = Ask(state, command, purpose);
+  if (!IsSuccess(answer.get())) {
+    LogFailedStatement(answer.get(), command);
   }
-  LogFailedStatement(answer.get(), command);
-  return false;
+  return answer;
+}
+
+// Whether the server has confirmed a command with the tag @p tag. (It answers a COMMIT of a failed
+// transaction with the tag ROLLBACK and no error.)
+bool Confirms(const Answer& answer, const char* tag) {
+  return IsSuccess(answer.get()) && std::strcmp(PQcmdStatus(answer.get()), tag) == 0;
 }
 
 }  // namespace
 
-Transaction::Transaction(Session& session) : state_(session.state_) {
+Transaction::Transaction(Session& session, Kind kind) : state_(session.state_), kind_(kind) {
   const auto state = state_.lock();
   if (state == nullptr) {
     LogUnsentStatement(kNoConnection);
+    Note(OwnFailure(Failure::Kind::kConnection, kNoConnection));
     return;
   }
-  const PGTransactionStatusType status = PQtransactionStatus(state->connection());
+  const bool is_within = session.InTransaction();
+  outer_ = state->innermost;
+  state->innermost = this;  // what fails from here on fails in this scope, its begin first
   if (const char* const reason = state->Refusal()) {
     // Alone it would last, whatever becomes of the one around it.
     LogUnsentStatement(reason);
-  } else if (status == PQTRANS_INTRANS || status == PQTRANS_INERROR) {
+    state->Note(OwnFailure(Failure::Kind::kRefused, reason));
+  } else if (is_within) {
     savepoint_ = ++state->savepoints;
     char command[kCommandSize];
     std::snprintf(command, sizeof(command), "SAVEPOINT dorvdl_%d", savepoint_);
-    has_begun_ = Command(*state, command, "SAVEPOINT");
+    has_begun_ = Confirms(Command(*state, command), "SAVEPOINT");
   } else {
-    has_begun_ = Command(*state, "BEGIN", "BEGIN");
+    const bool is_plain = kind == Kind::kOfStatements;
+    has_begun_ = Confirms(
+        Command(*state, is_plain ? "BEGIN" : "BEGIN ISOLATION LEVEL READ COMMITTED"), "BEGIN");
   }
   is_open_ = has_begun_;
   if (!has_begun_) {
     ++state->failed_begins;
   }
-  outer_ = state->innermost;
-  state->innermost = this;
 }
 
 Transaction::~Transaction() {
@@ -63,24 +72,98 @@ Transaction::~Transaction() {
   }
 }
 
-bool Transaction::Commit() {
+Transaction::Outcome Transaction::End() {
   if (!is_open_) {
-    return false;
+    return Outcome::kRolledBack;
   }
   const auto state = state_.lock();
-  if (state == nullptr || has_failed_ ||
-      PQtransactionStatus(state->connection()) != PQTRANS_INTRANS) {
-    Rollback();
+  if (state == nullptr) {
+    Note(OwnFailure(Failure::Kind::kConnection, kNoConnection));
+  } else if (CanCommit(*state)) {
+    return SendCommit(*state);
+  }
+  Rollback();
+  if (state != nullptr && !state->failure) {
+    Remember(failure_, state->failure);
+  }
+  return Outcome::kRolledBack;
+}
+
+bool Transaction::HasFailed() const {
+  const auto state = state_.lock();
+  return state == nullptr || has_failed_ || failure_ ||
+         (is_open_ && PQtransactionStatus(state->connection()) != PQTRANS_INTRANS);
+}
+
+void Transaction::FailOperations(const Session& session, const Failure& failure) {
+  if (session.state_ == nullptr) {
+    return;
+  }
+  Transaction* scope = session.state_->innermost;
+  while (scope != nullptr && scope->kind_ != Kind::kOfOperations) {
+    scope = scope->outer_;
+  }
+  if (scope != nullptr) {
+    scope->has_failed_ = true;
+    scope->KeepFirst(failure);
+  }
+}
+
+void Transaction::Note(const Failure& failure) noexcept {
+  if (failure.kind == Failure::Kind::kLocal) {
+    return;  // no statement's: the transaction is whole
+  }
+  has_failed_ = has_failed_ || failure.kind == Failure::Kind::kRefused;
+  KeepFirst(failure);
+}
+
+void Transaction::KeepFirst(const Failure& failure) noexcept {
+  if (!failure_) {
+    Remember(failure, failure_);
+  }
+}
+
+bool Transaction::CanCommit(SessionState& state) {
+  if (has_failed_) {
     return false;
   }
-  is_open_ = false;
-  Leave(*state);
-  if (savepoint_ == 0) {
-    return Command(*state, "COMMIT", "COMMIT");
+  if (PQtransactionStatus(state.connection()) != PQTRANS_INTRANS) {
+    Note(OwnFailure(Failure::Kind::kServer, "the transaction had failed"));
+    return false;
   }
-  char command[kCommandSize];
-  std::snprintf(command, sizeof(command), "RELEASE SAVEPOINT dorvdl_%d", savepoint_);
-  return Command(*state, command, "RELEASE");
+  // A commit that is never sent is one whose outcome is known.
+  if (kind_ == Kind::kOfOperations && !state.IsGood()) {
+    state.Break();
+    Note(OwnFailure(Failure::Kind::kConnection, kLostConnection));
+    return false;
+  }
+  return true;
+}
+
+Transaction::Outcome Transaction::SendCommit(SessionState& state) {
+  is_open_ = false;
+  Leave(state);
+  Outcome outcome = Outcome::kRolledBack;
+  if (savepoint_ == 0) {
+    const Answer answer = Command(state, "COMMIT");
+    if (Confirms(answer, "COMMIT")) {
+      outcome = Outcome::kCommitted;
+    } else if (IsSuccess(answer.get())) {
+      state.Note(OwnFailure(Failure::Kind::kServer, "the server has rolled back"));
+    } else if (LeavesOutcomeOpen(answer.get())) {
+      outcome = Outcome::kUnknown;
+    }
+  } else {
+    char command[kCommandSize];
+    std::snprintf(command, sizeof(command), "RELEASE SAVEPOINT dorvdl_%d", savepoint_);
+    if (Confirms(Command(state, command, Purpose::kCleanUp), "RELEASE")) {
+      outcome = Outcome::kCommitted;
+    }
+  }
+  if (outcome != Outcome::kCommitted) {
+    KeepFirst(state.failure);
+  }
+  return outcome;
 }
 
 void Transaction::Rollback() {
@@ -92,7 +175,7 @@ void Transaction::Rollback() {
   }
   Leave(*state);
   if (savepoint_ == 0) {
-    Command(*state, "ROLLBACK", "ROLLBACK");
+    Command(*state, "ROLLBACK", Purpose::kCleanUp);
     return;
   }
   // Both in one round trip; releasing frees the savepoint, which a rollback to it keeps.
@@ -100,7 +183,7 @@ void Transaction::Rollback() {
   std::snprintf(command, sizeof(command),
                 "ROLLBACK TO SAVEPOINT dorvdl_%d; RELEASE SAVEPOINT dorvdl_%d", savepoint_,
                 savepoint_);
-  Command(*state, command, "RELEASE");
+  Command(*state, command, Purpose::kCleanUp);
 }
 
 void Transaction::Leave(SessionState& state) {

@@ -52,6 +52,14 @@ class DORVDL_EXPORT Condition {
     return InList(column, list.empty() ? list : list + "}");
   }
 
+  /// True for rows whose @p column holds one of the values that @p key has in those rows of @p
+  /// table that meet @p condition. All three names are plain identifiers.
+  static Condition InRows(const std::string& column, const std::string& table,
+                          const std::string& key, const Condition& condition);
+
+  /// True when @p table (a plain identifier) has a row that meets @p condition.
+  static Condition HasRow(const std::string& table, const Condition& condition);
+
   /// True for rows whose @p column (a plain identifier) contains @p text literally: percent,
   /// underscore and backslash are plain characters, and case counts.
   static Condition HasSubstring(const std::string& column, const std::string& text);
@@ -67,6 +75,9 @@ class DORVDL_EXPORT Condition {
 
   /// Appends the condition to a statement. Must not be called on Null().
   void AppendTo(SqlText& statement) const { node_->AppendTo(statement); }
+
+  /// Appends " WHERE " and the condition; nothing for Null().
+  void AppendWhereTo(SqlText& statement) const;
 
  private:
   struct Node {

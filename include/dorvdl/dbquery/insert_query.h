@@ -28,6 +28,12 @@ class DORVDL_EXPORT InsertQuery : public Query {
   /// Gives the columns' values, one per column in the order of SetInsertAll().
   void Values(std::vector<Parameter> values) { values_ = std::move(values); }
 
+  /// Adds one column and its value to those given.
+  void Add(std::string column, Parameter value);
+
+  /// The value given for @p column; null when there is none.
+  const Parameter* Find(const std::string& column) const;
+
   /// Takes the columns' values by name from @p record, through its `soci::type_conversion` over
   /// `soci::values`. Call after SetInsertAll(). The record is only read.
   ///
@@ -50,6 +56,12 @@ class DORVDL_EXPORT InsertQuery : public Query {
   template <typename T>
   void Returning(std::string column, const T& out) = delete;  // a temporary, or not to be written
 
+  /// Inserts only when @p demand is met; needs at least one column, and Returning().
+  using Query::OnlyWhen;
+
+  /// Has the execution fail. The reason is logged, so it must not quote input.
+  void Refuse(std::string reason) { refusal_ = std::move(reason); }
+
   SqlText Statement() const override;
 
  private:
@@ -58,6 +70,7 @@ class DORVDL_EXPORT InsertQuery : public Query {
   std::vector<std::string> columns_;
   std::vector<Parameter> values_;
   std::optional<std::string> returning_;
+  std::string refusal_;
 };
 
 }  // namespace dorvdbquery

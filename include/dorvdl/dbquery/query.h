@@ -72,6 +72,15 @@ class DORVDL_EXPORT Query {
   /// log, when the session is gone.
   bool FetchNext();
 
+  /// Has the statement done only when @p demand is met, which Statement() builds in so that the
+  /// answer has no row when it is not; the execution then fails like a refused one.
+  ///
+  /// @param refusal  why, for the log and the failure; quotes no input, and is never freed.
+  void OnlyWhen(const Condition& demand, const char* refusal);
+
+  /// What OnlyWhen() demands; null when nothing is.
+  const Condition& demand() const { return demand_; }
+
   /// How many rows the last successful execution returned.
   int RowCount() const;
 
@@ -82,6 +91,8 @@ class DORVDL_EXPORT Query {
   const std::weak_ptr<SessionState> session_;
   std::string table_;
   std::vector<Target> targets_;
+  Condition demand_ = Condition::Null();
+  const char* demand_refusal_ = nullptr;
   std::unique_ptr<Execution> execution_;
 };
 
@@ -96,8 +107,8 @@ class DORVDL_EXPORT ConditionalQuery : public Query {
  protected:
   using Query::Query;
 
-  /// Appends " WHERE ..." unless the condition is null.
-  void AppendWhere(SqlText& statement) const;
+  /// Appends " WHERE ..." with the condition and @p further, unless both are null.
+  void AppendWhere(SqlText& statement, const Condition& further = Condition::Null()) const;
 
  private:
   Condition condition_ = Condition::Null();

@@ -3,6 +3,7 @@
 #ifndef DORVDL_DBQUERY_SESSION_H_
 #define DORVDL_DBQUERY_SESSION_H_
 
+#include <dorvdl/dbquery/failure.h>
 #include <dorvdl/util/export.h>
 
 #include <memory>
@@ -51,6 +52,18 @@ class DORVDL_EXPORT Session {
   /// that the server has closed, without a round trip.
   bool Good() const;
 
+  /// True while a transaction is open, also a failed one.
+  bool InTransaction() const;
+
+  /// What the last statement, large-object call or transaction command on this session failed with;
+  /// none when it succeeded. A clean-up that succeeds (a rollback, a savepoint's release) leaves
+  /// it. Changes with the next of them.
+  const Failure& failure() const;
+
+  /// Notes a failure of an operation that is no statement's own, so that failure() tells of it. One
+  /// that was refused makes Transaction::Commit() false like a refused statement.
+  void Fail(const Failure& failure);
+
   /// Stores the regular file at @p path as a new large object and returns its id, 0 on failure
   /// (logged). Opens a transaction of its own when none is open. The file is opened with the
   /// process's effective ids and read up to the size that it has then, however it grows; one that
@@ -78,6 +91,7 @@ class DORVDL_EXPORT Session {
   soci::session* handle() const;
 
  private:
+  friend class FailureKeeper;
   friend class Query;
   friend class Transaction;
 

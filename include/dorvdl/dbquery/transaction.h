@@ -3,6 +3,7 @@
 #ifndef DORVDL_DBQUERY_TRANSACTION_H_
 #define DORVDL_DBQUERY_TRANSACTION_H_
 
+#include <dorvdl/dbquery/failure.h>
 #include <dorvdl/dbquery/session.h>
 #include <dorvdl/util/export.h>
 
@@ -28,25 +29,51 @@ class DORVDL_EXPORT Transaction {
   /// rollback, or the connection is lost (then the outcome is unknown). What failed in a scope
   /// inside this one that was rolled back does not count. Whatever the result, the scope is over; a
   /// second call is false.
-  bool Commit();
+  bool Commit() { return End() == Outcome::kCommitted; }
 
  protected:
+  /// What makes a scope a failed one: its own statements, or whole operations, whatever becomes of
+  /// the scopes inside them.
+  enum class Kind { kOfStatements, kOfOperations };
+
+  enum class Outcome { kCommitted, kRolledBack, kUnknown };
+
   /// Never throws. When the begin fails that is logged, every statement on the session fails for
   /// as long as this object lives, and Commit() is false.
-  explicit Transaction(Session& session);
+  explicit Transaction(Session& session, Kind kind = Kind::kOfStatements);
+
+  /// Commit() that tells a scope that was rolled back from one of which nobody knows, because the
+  /// answer to the commit was lost. (A savepoint's is known: it is rolled back with what is around
+  /// it.)
+  Outcome End();
+
+  /// Whether End() would roll back, as far as is known.
+  bool HasFailed() const;
+
+  /// The first thing that failed in the scope, its commit included; none as long as it is good.
+  const Failure& failure() const { return failure_; }
+
+  /// Fails the innermost scope of operations that is open on @p session, if there is one.
+  static void FailOperations(const Session& session, const Failure& failure);
 
  private:
   friend struct SessionState;
 
+  void Note(const Failure& failure) noexcept;
+  void KeepFirst(const Failure& failure) noexcept;
+  bool CanCommit(SessionState& state);
+  Outcome SendCommit(SessionState& state);
   void Rollback();
   void Leave(SessionState& state);
 
   const std::weak_ptr<SessionState> state_;
+  const Kind kind_;
+  Failure failure_;
   Transaction* outer_ = nullptr;
   int savepoint_ = 0;  // its number; 0 for the outermost transaction
   bool has_begun_ = false;
   bool is_open_ = false;
-  bool has_failed_ = false;  // by what was refused; what the server refuses it remembers itself
+  bool has_failed_ = false;  // by what the server does not know of; its own it remembers itself
 };
 
 /// A transaction with the server's default isolation.

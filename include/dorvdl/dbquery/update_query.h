@@ -27,6 +27,19 @@ class DORVDL_EXPORT UpdateQuery : public ConditionalQuery {
     assignments_.emplace_back(column, ToParameter(value));
   }
 
+  /// The value assigned to @p column; null when there is none.
+  const Parameter* Find(const std::string& column) const;
+
+  /// Leaves @p column as it is in the rows.
+  void Drop(const std::string& column);
+
+  /// Updates only when @p demand is met; the number of rows reached is not known then.
+  using Query::OnlyWhen;
+
+  /// Has the execution fail, unless there is nothing to set. The reason is logged, so it must not
+  /// quote input.
+  void Refuse(std::string reason) { refusal_ = std::move(reason); }
+
   /// How many rows the last successful execution reached.
   using Query::AffectedRows;
 
@@ -34,6 +47,7 @@ class DORVDL_EXPORT UpdateQuery : public ConditionalQuery {
 
  private:
   std::vector<std::pair<std::string, Parameter>> assignments_;
+  std::string refusal_;
 };
 
 }  // namespace dorvdbquery
