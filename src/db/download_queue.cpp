@@ -130,7 +130,8 @@ record::Task DownloadQueue::Get(int task_id) {
 }
 
 bool DownloadQueue::Update(const record::Task& task) {
-  return DBOperator::Update(task, GetUserCondition());
+  return !IsForeignFile(task.proto().has_file_oid()) &&
+         DBOperator::Update(task, GetUserCondition());
 }
 
 bool DownloadQueue::Delete(const std::vector<int>& task_ids) {
@@ -142,7 +143,19 @@ bool DownloadQueue::DeleteEarlierThan(int task_id) {
 }
 
 bool DownloadQueue::Create(record::Task& task, const std::string& source_path) {
+  // One statement is a transaction already. Within another it is a scope of its own, so that a
+  // refused one leaves what is around it usable.
+  if (source_path.empty() && !GetSession().InTransaction()) {
+    return !IsForeignFile(task.proto().file_oid() != 0) && DBOperator::Create(task);
+  }
+  return CreateInScope(task, source_path);
+}
+
+bool DownloadQueue::CreateInScope(record::Task& task, const std::string& source_path) {
   dorvdbquery::DefaultTransaction transaction(GetSession());
+  if (IsForeignFile(task.proto().file_oid() != 0) || IsRefused(task)) {
+    return false;  // before a file is read as root
+  }
   FileOidKeeper file_oid(task.mutable_proto());
   if (!source_path.empty()) {
     const unsigned oid = DBOperator::LoImport(source_path);
@@ -156,7 +169,7 @@ bool DownloadQueue::Create(record::Task& task, const std::string& source_path) {
     return false;
   }
   file_oid.LeaveAsItIs();
-  task.set_primary_key(*key);
+  Complete(task, *key);
   return true;
 }
 
@@ -169,8 +182,23 @@ bool DownloadQueue::LoImport(int task_id, const std::string& path) {
   record::Task task;
   task.mutable_proto().set_task_id(task_id);
   task.mutable_proto().set_file_oid(static_cast<int>(oid));
-  // An update that reaches no row succeeds elsewhere; here it would leave a file that no task has.
-  return UpdateRows(task, GetUserCondition()) > 0 && transaction.Commit();
+  const long long rows = UpdateRows(task, GetUserCondition());
+  if (rows == 0) {
+    // An update that reaches no row succeeds elsewhere; here it would leave a file that no task
+    // has.
+    GetSession().Fail({dorvdbquery::Failure::Kind::kRefused, "", "there is no such task"});
+  }
+  return rows > 0 && transaction.Commit();
+}
+
+bool DownloadQueue::IsForeignFile(bool names_file) {
+  if (!is_bound() || !names_file) {
+    return false;
+  }
+  constexpr char kReason[] = "which stored file is a task's is not for its user to say";
+  DORVDL_LOG(LOG_ERR, "Failed to write task: %s", kReason);
+  GetSession().Fail({dorvdbquery::Failure::Kind::kRefused, "", kReason});
+  return true;
 }
 
 bool DownloadQueue::LoExport(int task_id, const std::string& path) {

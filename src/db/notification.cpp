@@ -18,6 +18,7 @@ std::vector<record::Notification> Notification::ListFromView() {
   std::vector<record::Notification> notifications;
   dorvdbquery::SelectQuery query(GetSession(), "notification_view");
   query.OrderBy("id", dorvdbquery::SelectQuery::kAscending);
+  query.Where(Within(Condition::Null()));
   if (!ReadAll(query, notifications)) {
     DORVDL_LOG(LOG_ERR, "Failed to execute list operation");
   }

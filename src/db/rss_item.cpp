@@ -35,14 +35,14 @@ std::vector<record::RssItem> RssItem::List(const ListOption& option) {
 
 bool RssItem::DeleteByFeedId(int feed_id) {
   dorvdbquery::DeleteQuery query(GetSession(), GetTableName());
-  query.Where(Condition::ConditionFactory<int>("feed_id", "=", feed_id));
+  query.Where(Within(Condition::ConditionFactory<int>("feed_id", "=", feed_id)));
   return query.Execute();
 }
 
 bool RssItem::UpdateAllNew(int feed_id, bool is_new) {
   dorvdbquery::UpdateQuery query(GetSession(), GetTableName());
   query.SetFactory<int>("is_new", is_new ? 1 : 0);
-  query.Where(Condition::ConditionFactory<int>("feed_id", "=", feed_id));
+  query.Where(Within(Condition::ConditionFactory<int>("feed_id", "=", feed_id)));
   return query.Execute();
 }
 

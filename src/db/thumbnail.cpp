@@ -32,7 +32,7 @@ std::vector<record::Thumbnail> Thumbnail::List(const ListOption& option) {
 std::vector<int> Thumbnail::ListFileIndexByTaskID(int task_id) {
   std::vector<int> indexes;
   dorvdbquery::SelectQuery query(GetSession(), GetTableName());
-  query.Where(Condition::ConditionFactory<int>("task_id", "=", task_id));
+  query.Where(Within(Condition::ConditionFactory<int>("task_id", "=", task_id)));
   if (!ReadDistinct(query, "file_index", indexes)) {
     DORVDL_LOG(LOG_ERR, "Failed to execute list operation");
   }

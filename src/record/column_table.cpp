@@ -47,6 +47,14 @@ ColumnTable::ColumnTable(std::vector<Column> columns, Rendering rendering)
   for (const Column& column : columns_) {
     if (column.is_key()) {
       key_ = &column;
+      ownership_.key = column.name();
+    }
+    if (column.MakesItAUsers()) {
+      ownership_.column = column.name();
+    }
+    if (column.parent_table() != nullptr) {
+      ownership_.parent_table = column.parent_table();
+      ownership_.parent_key = column.parent_key();
     }
   }
 }

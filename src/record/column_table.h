@@ -4,6 +4,7 @@
 
 #include <dorvdl/dbquery/parameter.h>
 #include <dorvdl/dbquery/update_query.h>
+#include <dorvdl/record/ownership.h>
 #include <google/protobuf/message_lite.h>
 #include <json/value.h>
 #include <soci/soci.h>
@@ -98,6 +99,14 @@ class Column {
   // A key that an update assigns all the same.
   Column UpdatedKey() const { return Key().With(&Column::is_updated_, true); }
 
+  // It holds the name of the user to whom the row belongs.
+  Column Owner() const { return With(&Column::is_owner_, true); }
+
+  // It holds the key of the row that this one belongs to: a value of @p key in @p table.
+  Column Parent(const char* table, const char* key) const {
+    return With(&Column::parent_table_, table).With(&Column::parent_key_, key);
+  }
+
   // A NULL reads as 0, or as @p text, just as it stands; without this it is an error.
   Column Nullable(const char* text = "") const {
     return With(&Column::null_text_, std::optional<std::string>(text));
@@ -111,6 +120,9 @@ class Column {
   const std::string& name() const { return name_; }
   bool is_key() const { return is_key_; }
   bool is_updated() const { return is_updated_ || !is_key_; }
+  bool MakesItAUsers() const { return is_owner_ || parent_table_ != nullptr; }
+  const char* parent_table() const { return parent_table_; }
+  const char* parent_key() const { return parent_key_; }
   const Field& field() const { return field_; }
   bool IsPresent(const MessageLite& message) const { return has_(message); }
 
@@ -144,8 +156,8 @@ class Column {
     return conversion_ == nullptr ? std::move(text) : conversion_(text);
   }
 
-  template <typename T>
-  Column With(T Column::*member, T value) const {
+  template <typename T, typename Value>
+  Column With(T Column::*member, Value value) const {
     Column copy = *this;
     copy.*member = std::move(value);
     return copy;
@@ -156,6 +168,9 @@ class Column {
   Field field_;
   bool is_key_ = false;
   bool is_updated_ = false;
+  bool is_owner_ = false;
+  const char* parent_table_ = nullptr;
+  const char* parent_key_ = nullptr;
   std::optional<std::string> null_text_;
   TextConversion conversion_ = nullptr;
 };
@@ -205,6 +220,8 @@ class ColumnTable {
 
   Rendering rendering() const { return rendering_; }
 
+  const Ownership& ownership() const { return ownership_; }
+
   // Sets a key of @p json for every present column and leaves its other keys alone. A value that is
   // no object becomes one.
   void ToJson(const MessageLite& message, Json::Value& json) const;
@@ -220,6 +237,7 @@ class ColumnTable {
   std::vector<Column> columns_;
   Rendering rendering_;
   const Column* key_ = nullptr;
+  Ownership ownership_;
 };
 
 }  // namespace dorvdl::record

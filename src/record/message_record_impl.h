@@ -26,6 +26,11 @@ std::vector<dorvdbquery::Parameter> MessageRecord<Self, Message>::InsertValues()
 }
 
 template <typename Self, typename Message>
+const Ownership& MessageRecord<Self, Message>::GetOwnership() {
+  return Self::Columns().ownership();
+}
+
+template <typename Self, typename Message>
 void MessageRecord<Self, Message>::ToJson(Json::Value& json) const {
   if (Self::Columns().rendering() == ColumnTable::Rendering::kJson) {
     Self::Columns().ToJson(message_, json);

@@ -13,7 +13,7 @@ const ColumnTable& Notification::Columns() {
   using Message = proto::Notification;
   static const auto& columns = *new ColumnTable({
       DORVDL_COLUMN(id).Key(),
-      DORVDL_COLUMN(task_id),
+      DORVDL_COLUMN(task_id).Parent("download_queue", "task_id"),
       DORVDL_COLUMN(type).Nullable(),
       DORVDL_COLUMN(create_time),
   });

@@ -25,7 +25,7 @@ const ColumnTable& Plugin::Columns() {
   static const auto& columns = *new ColumnTable({
       // An update assigns the key too. That changes nothing in the row, but it makes a record with
       // nothing but its key an update like any other, and not a failure.
-      DORVDL_COLUMN(task_id).UpdatedKey(),
+      DORVDL_COLUMN(task_id).UpdatedKey().Parent("download_queue", "task_id"),
       DORVDL_COLUMN(process).Nullable("null"),
       DORVDL_COLUMN(current_plugin).Nullable(),
       DORVDL_COLUMN(current_type).Nullable(),

@@ -11,7 +11,7 @@ const ColumnTable& RssFeed::Columns() {
   static const auto& columns = *new ColumnTable(
       {
           DORVDL_COLUMN(id).Key(),
-          DORVDL_COLUMN(username).Nullable(),
+          DORVDL_COLUMN(username).Owner().Nullable(),
           DORVDL_COLUMN(title).Nullable(),
           DORVDL_COLUMN(url).Nullable(),
           DORVDL_COLUMN(last_update),

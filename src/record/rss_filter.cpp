@@ -11,7 +11,7 @@ const ColumnTable& RssFilter::Columns() {
   static const auto& columns = *new ColumnTable(
       {
           DORVDL_COLUMN(id).Key(),
-          DORVDL_COLUMN(feed_id),
+          DORVDL_COLUMN(feed_id).Parent("rss_feed", "id"),
           DORVDL_COLUMN(name).Nullable(),
           DORVDL_COLUMN(match).Nullable(),
           DORVDL_COLUMN(not_match).Nullable(),

@@ -11,7 +11,7 @@ const ColumnTable& RssItem::Columns() {
   static const auto& columns = *new ColumnTable(
       {
           DORVDL_COLUMN(id).Key(),
-          DORVDL_COLUMN(feed_id),
+          DORVDL_COLUMN(feed_id).Parent("rss_feed", "id"),
           DORVDL_COLUMN(title).Nullable(),
           DORVDL_COLUMN(url).Nullable(),
           DORVDL_COLUMN(link).Nullable(),

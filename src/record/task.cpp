@@ -53,7 +53,7 @@ const ColumnTable& Task::Columns() {
   using Message = proto::Task;
   static const auto& columns = *new ColumnTable({
       DORVDL_COLUMN(task_id).Key().Nullable(),
-      DORVDL_COLUMN(username).Nullable(),
+      DORVDL_COLUMN(username).Owner().Nullable(),
       DORVDL_COLUMN(pid).Nullable(),
       DORVDL_COLUMN(url).Nullable(),
       DORVDL_COLUMN(filename).Nullable(),

@@ -11,7 +11,7 @@ const ColumnTable& Thumbnail::Columns() {
   static const auto& columns = *new ColumnTable(
       {
           DORVDL_COLUMN(thumbnail_id).Key(),
-          DORVDL_COLUMN(task_id),
+          DORVDL_COLUMN(task_id).Parent("download_queue", "task_id"),
           DORVDL_COLUMN(file_index),
           DORVDL_COLUMN(thumbnail_index),
           DORVDL_COLUMN(thumbnail_second),

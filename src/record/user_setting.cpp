@@ -9,7 +9,7 @@ template class MessageRecord<UserSetting, proto::UserSetting>;
 const ColumnTable& UserSetting::Columns() {
   using Message = proto::UserSetting;
   static const auto& columns = *new ColumnTable({
-      DORVDL_COLUMN(username).Key(),
+      DORVDL_COLUMN(username).Key().Owner(),
       DORVDL_COLUMN(uid),
       DORVDL_COLUMN(share_folder),
       DORVDL_COLUMN(user_disabled),

@@ -58,7 +58,8 @@ class DORVDL_EXPORT DownloadQueue : public DBOperator<record::Task> {
   /// Inserts @p task, whoever its owner is, and sets its id. When @p source_path is not empty, the
   /// regular file there is stored in the database first, read as root (see LoImport()), and its
   /// large-object id becomes the task's `file_oid`. On failure nothing is stored and @p task is as
-  /// it was. A task of a derived class is inserted as DBOperator's Create() does it, its `file_oid`
+  /// it was. Without a source file, and outside of any transaction, it is one statement. A task of
+  /// a derived class is inserted as DBOperator's Create() does it, its `file_oid`
   /// set before its hooks are asked.
   bool Create(record::Task& task, const std::string& source_path);
 
@@ -73,6 +74,10 @@ class DORVDL_EXPORT DownloadQueue : public DBOperator<record::Task> {
   bool LoExport(int task_id, const std::string& path);
 
  private:
+  bool CreateInScope(record::Task& task, const std::string& source_path);
+  // Whether the bounds refuse a task that names a stored file, which could be another user's; logs.
+  bool IsForeignFile(bool names_file);
+
   const std::string user_;  // also of what was moved from, which would reach everybody's tasks
 };
 

@@ -4,6 +4,7 @@
 #define DORVDL_DB_OPERATOR_H_
 
 #include <dorvdl/control/option/common.h>
+#include <dorvdl/db/bounds.h>
 #include <dorvdl/db/session.h>
 #include <dorvdl/dbquery/condition.h>
 #include <dorvdl/dbquery/delete_query.h>
@@ -53,6 +54,13 @@ class DBOperator {
   /// The session that this operator was made with. Lives as long as this object.
   dorvdbquery::Session& GetSession() { return *connection_; }
 
+  /// Bounds this accessor to @p user, which is not empty; one that acts for a user is made with the
+  /// same. From now on it reaches only rows that belong to that user, by their owner or by their
+  /// parent, and writes none that would not: Create() and Update() are refused then (logged) for
+  /// what Bounds says. Statements stay one each. For the library's own records only; programs get
+  /// it by control::Controller::ForUser().
+  void BindTo(const std::string& user);
+
   /// The number of rows that meet @p condition; -1 on failure (logged).
   int Count(const Condition& condition);
 
@@ -95,11 +103,26 @@ class DBOperator {
   bool LoExport(int oid, const std::string& path);
 
  protected:
+  bool is_bound() const { return bounds_ != nullptr; }
+
+  /// @p condition and, when this accessor is bound, that a row is the user's. Every statement of a
+  /// table class that has a condition takes it from here.
+  Condition Within(const Condition& condition) const {
+    return is_bound() ? condition && bounds_->rows() : condition;
+  }
+
+  /// Whether Create() of @p record would be refused, of which nothing is sent; logs why.
+  bool IsRefused(const Record& record);
+
   /// DeleteEarlierThan() of the rows that meet @p condition.
   bool DeleteUpTo(int key, const Condition& condition);
 
   /// Create() that leaves @p record as it is and returns the row's key; nothing on failure.
   std::optional<int> Insert(const Record& record);
+
+  /// Writes into @p record what the row has got beyond it: its key, and its owner where the bounds
+  /// have filled that in.
+  void Complete(Record& record, int key) const;
 
   /// Update() that tells how many rows it reached; -1 on failure.
   long long UpdateRows(const Record& record, const Condition& condition);
@@ -124,16 +147,27 @@ class DBOperator {
     return Condition::ConditionFactory<int>(GetPrimaryKeyName(), "=", key);
   }
 
+  // Makes the insert of Create().
+  void Describe(const Record& record, dorvdbquery::InsertQuery& query) const;
+
   [[maybe_unused]] DBSession& session_;  // may be gone: what is used is the share
   std::shared_ptr<dorvdbquery::Session> connection_;
+  std::shared_ptr<const Bounds> bounds_;  // null when it reaches everybody's rows
 };
+
+template <typename Record>
+void DBOperator<Record>::BindTo(const std::string& user) {
+  if constexpr (record::kIsMessageRecord<Record>) {
+    bounds_ = std::make_shared<const Bounds>(Record::GetOwnership(), user);
+  }
+}
 
 template <typename Record>
 int DBOperator<Record>::Count(const Condition& condition) {
   int count = -1;
   dorvdbquery::SelectQuery query(GetSession(), GetTableName());
   query.SelectField<int>("COUNT(*)", count);
-  query.Where(condition);
+  query.Where(Within(condition));
   if (!query.Execute()) {
     // Capitalised unlike List()'s, on purpose: who watches the log knows both texts as they are.
     DORVDL_LOG(LOG_ERR, "Failed to execute Count operation");
@@ -146,7 +180,7 @@ template <typename Record>
 bool DBOperator<Record>::Create(Record& record) {
   const std::optional<int> key = Insert(record);
   if (key) {
-    record.set_primary_key(*key);
+    Complete(record, *key);
   }
   return key.has_value();
 }
@@ -154,7 +188,7 @@ bool DBOperator<Record>::Create(Record& record) {
 template <typename Record>
 bool DBOperator<Record>::Delete(const std::vector<int>& ids, const Condition& condition) {
   dorvdbquery::DeleteQuery query(GetSession(), GetTableName());
-  query.Where(Condition::In<int>(GetPrimaryKeyName(), ids) && condition);
+  query.Where(Within(Condition::In<int>(GetPrimaryKeyName(), ids) && condition));
   return query.Execute();
 }
 
@@ -167,7 +201,7 @@ template <typename Record>
 Record DBOperator<Record>::Get(int key, const Condition& condition) {
   Record record;
   dorvdbquery::SelectQuery query(GetSession(), GetTableName());
-  query.Where(KeyIs(key) && condition);
+  query.Where(Within(KeyIs(key) && condition));
   if constexpr (record::kIsMessageRecord<Record>) {
     query.IntoRow(record.RowTarget());
   } else {
@@ -186,7 +220,7 @@ std::vector<Record> DBOperator<Record>::List(const control::option::common::List
   if (option.sort_by) {
     query.OrderBy(*option.sort_by, Direction(option));
   }
-  query.Where(condition);
+  query.Where(Within(condition));
   if (!ReadAll(query, records)) {
     DORVDL_LOG(LOG_ERR, "Failed to execute list operation");
   }
@@ -204,6 +238,7 @@ unsigned DBOperator<Record>::LoImport(const std::string& path) {
   IF_RUN_AS(0, 0) { oid = GetSession().ClientSideLOImport(path); }
   else {
     DORVDL_LOG(LOG_ERR, "Failed to set privilege");
+    GetSession().Fail({dorvdbquery::Failure::Kind::kLocal, "", "Failed to set privilege"});
   }
   return oid;
 }
@@ -216,7 +251,8 @@ bool DBOperator<Record>::LoExport(int oid, const std::string& path) {
 template <typename Record>
 bool DBOperator<Record>::DeleteUpTo(int key, const Condition& condition) {
   dorvdbquery::DeleteQuery query(GetSession(), GetTableName());
-  query.Where(Condition::ConditionFactory<int>(GetPrimaryKeyName(), "<=", key) && condition);
+  query.Where(
+      Within(Condition::ConditionFactory<int>(GetPrimaryKeyName(), "<=", key) && condition));
   return query.Execute();
 }
 
@@ -224,6 +260,34 @@ template <typename Record>
 std::optional<int> DBOperator<Record>::Insert(const Record& record) {
   int key = 0;
   dorvdbquery::InsertQuery query(GetSession(), GetTableName());
+  Describe(record, query);
+  query.Returning(GetPrimaryKeyName(), key);
+  return query.Execute() ? std::optional<int>(key) : std::nullopt;
+}
+
+template <typename Record>
+void DBOperator<Record>::Complete(Record& record, int key) const {
+  record.set_primary_key(key);
+  if constexpr (record::kIsMessageRecord<Record>) {
+    if (is_bound()) {
+      bounds_->TellOwner(record.mutable_proto());
+    }
+  }
+}
+
+template <typename Record>
+bool DBOperator<Record>::IsRefused(const Record& record) {
+  if (!is_bound()) {
+    return false;
+  }
+  dorvdbquery::InsertQuery query(GetSession(), GetTableName());
+  Describe(record, query);
+  // Only a refused statement can be executed for no more than its log line.
+  return !query.Statement().refusal().empty() && !query.Execute();
+}
+
+template <typename Record>
+void DBOperator<Record>::Describe(const Record& record, dorvdbquery::InsertQuery& query) const {
   query.SetInsertAll(record.GetInsertFields());
   bool has_its_values = false;
   if constexpr (record::kIsMessageRecord<Record>) {
@@ -237,15 +301,19 @@ std::optional<int> DBOperator<Record>::Insert(const Record& record) {
   if (!has_its_values) {
     query.Use(record);
   }
-  query.Returning(GetPrimaryKeyName(), key);
-  return query.Execute() ? std::optional<int>(key) : std::nullopt;
+  if (is_bound()) {
+    bounds_->Apply(query);
+  }
 }
 
 template <typename Record>
 long long DBOperator<Record>::UpdateRows(const Record& record, const Condition& condition) {
   dorvdbquery::UpdateQuery query(GetSession(), GetTableName());
-  query.Where(KeyIs(record.primary_key()) && condition);
+  query.Where(Within(KeyIs(record.primary_key()) && condition));
   record.BindUpdateField(query);
+  if (is_bound()) {
+    bounds_->Apply(query);
+  }
   return query.Execute() ? query.AffectedRows() : -1;
 }
 

@@ -5,6 +5,7 @@
 
 #include <dorvdl/dbquery/parameter.h>
 #include <dorvdl/dbquery/row_target.h>
+#include <dorvdl/record/ownership.h>
 #include <dorvdl/record/record_base.h>
 #include <dorvdl/util/export.h>
 
@@ -46,6 +47,9 @@ class MessageRecord : public RecordBase {
   void set_primary_key(int key) override;
   void soci_FromBase(const soci::values& values) override;
   void soci_ToBase(soci::values& values, soci::indicator& indicator) const override;
+
+  /// How rows of this kind belong to users. Never destroyed.
+  static const Ownership& GetOwnership();
 
   /// The values of GetInsertFields(), in the same order.
   std::vector<dorvdbquery::Parameter> InsertValues() const;
