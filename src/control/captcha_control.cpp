@@ -2,6 +2,7 @@
 #include <dorvdl/control/task_control.h>
 #include <dorvdl/record/task_status.h>
 
+#include "control/operation.h"
 #include "control/restart.h"
 
 namespace dorvdl::control {
@@ -9,15 +10,19 @@ namespace dorvdl::control {
 bool CaptchaControl::RestartCaptchaTask(int task_id) {
   // The task's status is not asked for, which differs from the restart after a file host's wait on
   // purpose: keep it so.
-  return TaskControl(controller_).Get(task_id).IsValid() && SetToWaiting(controller_, task_id) &&
-         ClearPluginAttributes(controller_, task_id);
+  return Operate(controller_, [&](Operation& /*operation*/) {
+    return TaskControl(controller_).Get(task_id).IsValid() && SetToWaiting(controller_, task_id) &&
+           ClearPluginAttributes(controller_, task_id);
+  });
 }
 
 bool CaptchaControl::RestartAllCaptchaTask() {
-  for (const int task_id : TasksInStatus(controller_, record::kStatusCaptchaNeeded)) {
-    RestartCaptchaTask(task_id);
-  }
-  return true;
+  return Operate(controller_, [&](Operation& /*operation*/) {
+    for (const int task_id : TasksInStatus(controller_, record::kStatusCaptchaNeeded)) {
+      RestartCaptchaTask(task_id);
+    }
+    return true;
+  });
 }
 
 }  // namespace dorvdl::control

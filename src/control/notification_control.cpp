@@ -5,15 +5,35 @@
 
 namespace dorvdl::control {
 
+using dorvdbquery::Condition;
+
 template class SharedTableControl<interface::NotificationInterface, db::Notification,
                                   record::Notification>;
 
-std::vector<record::Notification> NotificationControl::List() { return table().List(); }
-
-std::vector<record::Notification> NotificationControl::ListFromView() {
-  return table().ListFromView();
+std::vector<record::Notification> NotificationControl::List() {
+  return OnTable<db::Notification>(controller_, [](auto& table) { return table.List(); });
 }
 
-bool NotificationControl::DeleteEarlierThan(int id) { return table().DeleteEarlierThan(id); }
+std::vector<record::Notification> NotificationControl::ListFromView() {
+  return OnTable<db::Notification>(controller_, [](auto& table) { return table.ListFromView(); });
+}
+
+bool NotificationControl::DeleteEarlierThan(int id) {
+  return OnTable<db::Notification>(controller_,
+                                   [&](auto& table) { return table.DeleteEarlierThan(id); });
+}
+
+std::vector<record::Notification> NotificationControl::ListAll(
+    const option::common::ListOption& option) {
+  // The accessor's own List() hides the operator's.
+  return OnTable<db::Notification>(controller_, [&](db::DBOperator<record::Notification>& table) {
+    return table.List(option, Condition::Null());
+  });
+}
+
+int NotificationControl::Count() {
+  return OnTable<db::Notification>(
+      controller_, [](auto& table) { return table.Count(Condition::Null()); }, kNoCount);
+}
 
 }  // namespace dorvdl::control

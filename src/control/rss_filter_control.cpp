@@ -9,19 +9,22 @@ template class SharedTableControl<interface::RssFilterInterface, db::RssFilter, 
 
 std::vector<record::RssFilter> RssFilterControl::List(
     const option::rss_filter::ListOption& option) {
-  return table().List(option);
+  return OnTable<db::RssFilter>(controller_, [&](auto& table) { return table.List(option); });
 }
 
 int RssFilterControl::Count(const option::rss_filter::ListOption& option) {
-  return table().Count(option);
+  return OnTable<db::RssFilter>(
+      controller_, [&](auto& table) { return table.Count(option); }, kNoCount);
 }
 
 bool RssFilterControl::TestLike(const std::string& subject, const std::string& pattern) {
-  return table().TestLike(subject, pattern);
+  return OnTable<db::RssFilter>(controller_,
+                                [&](auto& table) { return table.TestLike(subject, pattern); });
 }
 
 bool RssFilterControl::TestRegexp(const std::string& subject, const std::string& pattern) {
-  return table().TestRegexp(subject, pattern);
+  return OnTable<db::RssFilter>(controller_,
+                                [&](auto& table) { return table.TestRegexp(subject, pattern); });
 }
 
 }  // namespace dorvdl::control

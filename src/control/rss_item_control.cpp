@@ -8,17 +8,22 @@ namespace dorvdl::control {
 template class SharedTableControl<interface::RssItemInterface, db::RssItem, record::RssItem>;
 
 std::vector<record::RssItem> RssItemControl::List(const option::rss_item::ListOption& option) {
-  return table().List(option);
+  return OnTable<db::RssItem>(controller_, [&](auto& table) { return table.List(option); });
 }
 
 int RssItemControl::Count(const option::rss_item::ListOption& option) {
-  return table().Count(option);
+  return OnTable<db::RssItem>(
+      controller_, [&](auto& table) { return table.Count(option); }, kNoCount);
 }
 
-bool RssItemControl::DeleteByFeedId(int feed_id) { return table().DeleteByFeedId(feed_id); }
+bool RssItemControl::DeleteByFeedId(int feed_id) {
+  return OnTable<db::RssItem>(controller_,
+                              [&](auto& table) { return table.DeleteByFeedId(feed_id); });
+}
 
 bool RssItemControl::UpdateAllNew(int feed_id, bool is_new) {
-  return table().UpdateAllNew(feed_id, is_new);
+  return OnTable<db::RssItem>(controller_,
+                              [&](auto& table) { return table.UpdateAllNew(feed_id, is_new); });
 }
 
 }  // namespace dorvdl::control

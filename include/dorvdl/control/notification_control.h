@@ -4,6 +4,7 @@
 #define DORVDL_CONTROL_NOTIFICATION_CONTROL_H_
 
 #include <dorvdl/control/interface/notification_interface.h>
+#include <dorvdl/control/option/common.h>
 #include <dorvdl/control/shared_table_control.h>
 #include <dorvdl/util/export.h>
 
@@ -18,7 +19,8 @@ namespace dorvdl::control {
 extern template class DORVDL_EXPORT
     SharedTableControl<interface::NotificationInterface, db::Notification, record::Notification>;
 
-/// The pending notifications about tasks. The acting user plays no part.
+/// The pending notifications about tasks. The acting user plays no part, but on a user's
+/// controller.
 class DORVDL_EXPORT NotificationControl
     : public SharedTableControl<interface::NotificationInterface, db::Notification,
                                 record::Notification> {
@@ -35,6 +37,12 @@ class DORVDL_EXPORT NotificationControl
   /// ids are given out before notifications are committed, so one with a smaller id may show up
   /// after one with a greater. Delete() with the ids that were read loses none.
   bool DeleteEarlierThan(int id);
+
+  /// The pending notifications, paged and ordered by @p option; empty on failure (logged).
+  std::vector<record::Notification> ListAll(const option::common::ListOption& option);
+
+  /// The number of pending notifications; -1 on failure (logged).
+  [[nodiscard]] int Count();
 };
 
 }  // namespace dorvdl::control

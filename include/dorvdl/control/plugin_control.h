@@ -4,6 +4,7 @@
 #define DORVDL_CONTROL_PLUGIN_CONTROL_H_
 
 #include <dorvdl/control/interface/plugin_interface.h>
+#include <dorvdl/control/option/common.h>
 #include <dorvdl/control/shared_table_control.h>
 #include <dorvdl/util/export.h>
 
@@ -19,7 +20,7 @@ extern template class DORVDL_EXPORT
     SharedTableControl<interface::PluginInterface, db::TaskPlugin, record::Plugin>;
 
 /// The states of the post-processing plug-ins, at most one per task and under its id. The acting
-/// user plays no part.
+/// user plays no part, but on a user's controller.
 class DORVDL_EXPORT PluginControl
     : public SharedTableControl<interface::PluginInterface, db::TaskPlugin, record::Plugin> {
  public:
@@ -27,6 +28,12 @@ class DORVDL_EXPORT PluginControl
 
   /// The states of the plug-ins that are running (`pid` greater than 0); empty on failure (logged).
   std::vector<record::Plugin> ListActivePlugin();
+
+  /// All states, paged and ordered by @p option; empty on failure (logged).
+  std::vector<record::Plugin> ListAll(const option::common::ListOption& option);
+
+  /// The number of all states; -1 on failure (logged).
+  [[nodiscard]] int Count();
 };
 
 }  // namespace dorvdl::control

@@ -19,7 +19,8 @@ namespace dorvdl::control {
 extern template class DORVDL_EXPORT
     SharedTableControl<interface::RssFilterInterface, db::RssFilter, record::RssFilter>;
 
-/// The download rules of the RSS feeds. They belong to feeds; the acting user plays no part.
+/// The download rules of the RSS feeds. They belong to feeds; the acting user plays no part, but on
+/// a user's controller.
 class DORVDL_EXPORT RssFilterControl
     : public SharedTableControl<interface::RssFilterInterface, db::RssFilter, record::RssFilter> {
  public:

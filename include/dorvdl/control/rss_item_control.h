@@ -18,7 +18,8 @@ namespace dorvdl::control {
 extern template class DORVDL_EXPORT
     SharedTableControl<interface::RssItemInterface, db::RssItem, record::RssItem>;
 
-/// The items of the RSS feeds. They belong to feeds; the acting user plays no part.
+/// The items of the RSS feeds. They belong to feeds; the acting user plays no part, but on a user's
+/// controller.
 class DORVDL_EXPORT RssItemControl
     : public SharedTableControl<interface::RssItemInterface, db::RssItem, record::RssItem> {
  public:

@@ -10,7 +10,8 @@
 namespace dorvdl::control {
 
 /// The control of a table whose rows belong to no user: creates, updates, deletes and gets rows by
-/// key alone, whoever the controller acts for.
+/// key alone, whoever the controller acts for; on a user's controller, only those that belong to
+/// what is the user's (Controller::ForUser()).
 ///
 /// Controller says what holds for all controls.
 ///
@@ -37,10 +38,6 @@ class SharedTableControl : public Interface {
  protected:
   ~SharedTableControl() = default;
 
-  /// A new accessor, for one call.
-  Table table() { return controller_.template Use<Table>(); }
-
- private:
   Controller& controller_;
 };
 

@@ -44,6 +44,9 @@ class DORVDL_EXPORT TaskControl : public interface::TaskInterface {
   /// empty path, without asking the database or switching ids.
   bool LoImport(int id, const std::string& path) override;
 
+  /// The number of the acting user's tasks that meet @p option; -1 on failure (logged).
+  [[nodiscard]] int Count(const option::task::ListOption& option);
+
  private:
   Controller& controller_;
 };

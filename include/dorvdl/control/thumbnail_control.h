@@ -18,7 +18,8 @@ namespace dorvdl::control {
 extern template class DORVDL_EXPORT
     SharedTableControl<interface::ThumbnailInterface, db::Thumbnail, record::Thumbnail>;
 
-/// The preview pictures of the tasks' videos. The acting user plays no part.
+/// The preview pictures of the tasks' videos. The acting user plays no part, but on
+/// a user's controller.
 class DORVDL_EXPORT ThumbnailControl
     : public SharedTableControl<interface::ThumbnailInterface, db::Thumbnail, record::Thumbnail> {
  public:
@@ -29,6 +30,9 @@ class DORVDL_EXPORT ThumbnailControl
 
   /// The indexes of the task's files that have thumbnails, each once; empty on failure (logged).
   std::vector<int> ListFileIndexByTaskID(int task_id) override;
+
+  /// The number of thumbnails that meet @p option; -1 on failure (logged).
+  [[nodiscard]] int Count(const option::thumbnail::ListOption& option);
 };
 
 }  // namespace dorvdl::control

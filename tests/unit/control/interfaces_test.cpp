@@ -64,6 +64,12 @@ TEST(InterfacesTest, WhatAControlAddsIsNotVirtual) {
   EXPECT_EQ(Slot(&PluginControl::ListActivePlugin), -1);
   EXPECT_EQ(Slot(&NotificationControl::ListFromView), -1);
   EXPECT_EQ(Slot(&NotificationControl::DeleteEarlierThan), -1);
+  EXPECT_EQ(Slot(&NotificationControl::ListAll), -1);
+  EXPECT_EQ(Slot(&NotificationControl::Count), -1);
+  EXPECT_EQ(Slot(&PluginControl::ListAll), -1);
+  EXPECT_EQ(Slot(&PluginControl::Count), -1);
+  EXPECT_EQ(Slot(&ThumbnailControl::Count), -1);
+  EXPECT_EQ(Slot(&TaskControl::Count), -1);
 }
 
 template <typename InterfaceType, typename ControlType>
@@ -110,13 +116,13 @@ inline constexpr bool kHasCount = false;
 template <typename Control>
 inline constexpr bool kHasCount<Control, std::void_t<decltype(&Control::Count)>> = true;
 
-static_assert(kHasList<TaskControl> && !kHasCount<TaskControl>);
+static_assert(kHasList<TaskControl> && kHasCount<TaskControl>);
 static_assert(kHasList<RssFeedControl> && kHasCount<RssFeedControl>);
 static_assert(kHasList<RssFilterControl> && kHasCount<RssFilterControl>);
 static_assert(kHasList<RssItemControl> && kHasCount<RssItemControl>);
-static_assert(kHasList<ThumbnailControl> && !kHasCount<ThumbnailControl>);
-static_assert(!kHasList<PluginControl> && !kHasCount<PluginControl>);
-static_assert(kHasList<NotificationControl> && !kHasCount<NotificationControl>);
+static_assert(kHasList<ThumbnailControl> && kHasCount<ThumbnailControl>);
+static_assert(!kHasList<PluginControl> && kHasCount<PluginControl>);
+static_assert(kHasList<NotificationControl> && kHasCount<NotificationControl>);
 
 }  // namespace
 }  // namespace dorvdl::control

@@ -1,0 +1,57 @@
+#include <dorvdl/control/unit.h>
+
+#include "dbquery/failures.h"
+#include "dbquery/unit_transaction.h"
+
+namespace dorvdl::control {
+
+class Unit::Transaction : public dorvdbquery::UnitTransaction {
+  using UnitTransaction::UnitTransaction;
+};
+
+namespace {
+
+using Ending = dorvdbquery::UnitTransaction::Outcome;
+
+Unit::Outcome OutcomeOf(Ending ending) {
+  switch (ending) {
+    case Ending::kCommitted:
+      return Unit::Outcome::kCommitted;
+    case Ending::kUnknown:
+      return Unit::Outcome::kUnknown;
+    case Ending::kRolledBack:
+      break;
+  }
+  return Unit::Outcome::kRolledBack;
+}
+
+}  // namespace
+
+Unit::Unit(Controller& controller)
+    : controller_(controller),
+      session_((controller.db_session(), controller.db_session_)),
+      transaction_(std::make_unique<Transaction>(session_->session())) {
+  ++controller_.units_;
+}
+
+Unit::~Unit() {
+  transaction_.reset();
+  if (!outcome_) {
+    --controller_.units_;
+  }
+}
+
+bool Unit::failed() const { return transaction_->HasFailed(); }
+
+Unit::Outcome Unit::Commit() {
+  if (!outcome_) {
+    outcome_ = OutcomeOf(transaction_->End());
+    --controller_.units_;
+    if (outcome_ != Outcome::kCommitted) {
+      dorvdbquery::Remember(transaction_->failure(), controller_.failure_);
+    }
+  }
+  return *outcome_;
+}
+
+}  // namespace dorvdl::control
