@@ -102,6 +102,18 @@ test_list_shows_a_table() {
     "ID  USER   NAME        STATUS       PROGRESS                SIZE      RATE  TIME LEFT"
 }
 
+test_the_time_left_is_never_negative() {
+  query "INSERT INTO download_queue (status, total_size, current_size, current_rate) VALUES
+    (2, 1000000, 2000000, 1000),
+    (2, 1000000, -9223372036854775808, 1000),
+    (2, -1000000, -2000000, 1000),
+    (2, -9223372036854775808, 1, 1000),
+    (2, 9223372036854775807, 0, 1000),
+    (2, 1000000, 0, -1000)"
+  expect_run 0 task list
+  expect_equal "$(sed '1d; s/.*  //' <<<"$output")" $'0s\n16m 40s\n-\n-\n106751991167d 7h\n-'
+}
+
 test_an_empty_list_is_no_failure() {
   expect_run 0 task list
   expect_equal "$output" "ID  USER  NAME  STATUS  PROGRESS  SIZE  RATE  TIME LEFT"

@@ -12,15 +12,17 @@
 namespace dorvdl::ctl {
 namespace {
 
-// "-" when unknown, under the conditions of the order "timeleft".
+// "-" when unknown, under the conditions of the order "timeleft" and for a size below 0. The
+// columns hold whatever numbers other programs wrote, so no step may overflow.
 std::string TimeLeft(const record::proto::Task& task) {
   constexpr int kHardlyMoving = 512;
-  if (task.status() != record::kStatusDownloading || task.total_size() == 0 ||
-      task.current_rate() < kHardlyMoving) {
+  const std::int64_t total = task.total_size();
+  const std::int64_t rate = task.current_rate();
+  if (task.status() != record::kStatusDownloading || total <= 0 || rate < kHardlyMoving) {
     return "-";
   }
-  const std::int64_t missing = std::max<std::int64_t>(task.total_size() - task.current_size(), 0);
-  return Duration((missing + task.current_rate() - 1) / task.current_rate());
+  const std::int64_t missing = total - std::clamp<std::int64_t>(task.current_size(), 0, total);
+  return Duration(missing / rate + (missing % rate == 0 ? 0 : 1));
 }
 
 }  // namespace
