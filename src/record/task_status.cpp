@@ -1,74 +1,71 @@
 #include <dorvdl/record/task_status.h>
 
-#include <cstddef>
+#include <algorithm>
+#include <iterator>
 
 namespace dorvdl::record {
 namespace {
 
-// Names of the codes from 1 on. Codes 11 to 14 are steps that the user sees as waiting and
-// finishing.
-constexpr StatusName kLiveNames[] = {
-    {"download", "download_task_waiting"},
-    {"download", "download_task_downloading"},
-    {"download", "download_task_paused"},
-    {"download", "download_task_finishing"},
-    {"download", "download_task_finished"},
-    {"download", "download_task_hash_checking"},
-    {"download", "download_task_preseeding"},
-    {"download", "download_task_seeding"},
-    {"download", "download_task_filehosting_waiting"},
-    {"download", "download_task_extracting"},
-    {"download", "download_task_waiting"},
-    {"download", "download_task_waiting"},
-    {"download", "download_task_finishing"},
-    {"download", "download_task_finishing"},
-    {"download", "captcha_needed"},
+struct NamedStatus {
+  TaskStatus status;
+  StatusName name;
 };
 
-// Names of the codes from 101 on.
-constexpr StatusName kErrorNames[] = {
-    {"download", "download_task_error"},
-    {"download", "download_task_broken_link"},
-    {"download", "download_task_dest_not_exist"},
-    {"download", "download_task_dest_deny"},
-    {"download", "download_task_disk_full"},
-    {"download", "download_task_quota_reached"},
-    {"download", "download_task_timeout"},
-    {"download", "download_error_exceed_fs_max_size_short"},
-    {"download", "download_error_exceed_temp_fs_max_size_short"},
-    {"download", "download_error_exceed_dest_fs_max_size_short"},
-    {"error", "error_encryption_long_path"},
-    {"error", "error_long_path"},
-    {"error", "error_duplicate_torrent"},
-    {"download", "download_err_no_file_to_end"},
-    {"dlqueue", "premium_account_require_status"},
-    {"download", "not_support_type"},
-    {"download", "download_ftp_encrption_not_support_type"},  // spelt so in the text files
-    {"download", "download_error_extract_fail"},
-    {"download", "wrong_password"},
-    {"download", "invalid_archive"},
-    {"download", "download_task_quota_reached"},
-    {"download", "download_task_disk_full"},
-    {"error", "error_invalid_torrent"},
-    {"download", "account_require_status"},
-    {"download", "download_error_try_it_later"},
-    {"dlqueue", "error_task_encryption"},
-    {"dlqueue", "error_missing_python"},
-    {"dlqueue", "error_private_video"},
-    {"download", "download_error_extract_folder_not_exist"},
-    {"download", "download_err_nzb_missing_article"},
+constexpr NamedStatus kNames[] = {
+    {kStatusWaiting, {"download", "download_task_waiting"}},
+    {kStatusDownloading, {"download", "download_task_downloading"}},
+    {kStatusPaused, {"download", "download_task_paused"}},
+    {kStatusFinishing, {"download", "download_task_finishing"}},
+    {kStatusFinished, {"download", "download_task_finished"}},
+    {kStatusHashChecking, {"download", "download_task_hash_checking"}},
+    {kStatusPreseeding, {"download", "download_task_preseeding"}},
+    {kStatusSeeding, {"download", "download_task_seeding"}},
+    {kStatusFileHostingWaiting, {"download", "download_task_filehosting_waiting"}},
+    {kStatusExtracting, {"download", "download_task_extracting"}},
+    {kStatusPreparing, {"download", "download_task_waiting"}},
+    {kStatusReconnecting, {"download", "download_task_waiting"}},
+    {kStatusJoining, {"download", "download_task_finishing"}},
+    {kStatusVerifying, {"download", "download_task_finishing"}},
+    {kStatusCaptchaNeeded, {"download", "captcha_needed"}},
+    {kStatusError, {"download", "download_task_error"}},
+    {kStatusBrokenLink, {"download", "download_task_broken_link"}},
+    {kStatusDestinationMissing, {"download", "download_task_dest_not_exist"}},
+    {kStatusDestinationDenied, {"download", "download_task_dest_deny"}},
+    {kStatusDiskFull, {"download", "download_task_disk_full"}},
+    {kStatusQuotaReached, {"download", "download_task_quota_reached"}},
+    {kStatusTimeout, {"download", "download_task_timeout"}},
+    {kStatusFileTooBig, {"download", "download_error_exceed_fs_max_size_short"}},
+    {kStatusFileTooBigForTemp, {"download", "download_error_exceed_temp_fs_max_size_short"}},
+    {kStatusFileTooBigForDestination, {"download", "download_error_exceed_dest_fs_max_size_short"}},
+    {kStatusNameTooLongForEncryption, {"error", "error_encryption_long_path"}},
+    {kStatusPathTooLong, {"error", "error_long_path"}},
+    {kStatusDuplicateTorrent, {"error", "error_duplicate_torrent"}},
+    {kStatusNoFilesLeft, {"download", "download_err_no_file_to_end"}},
+    {kStatusPremiumAccountNeeded, {"dlqueue", "premium_account_require_status"}},
+    {kStatusUnsupportedType, {"download", "not_support_type"}},
+    {kStatusUnsupportedFtpEncryption,
+     {"download", "download_ftp_encrption_not_support_type"}},  // spelt so in the text files
+    {kStatusExtractFailed, {"download", "download_error_extract_fail"}},
+    {kStatusWrongPassword, {"download", "wrong_password"}},
+    {kStatusInvalidArchive, {"download", "invalid_archive"}},
+    {kStatusExtractQuotaReached, {"download", "download_task_quota_reached"}},
+    {kStatusExtractDiskFull, {"download", "download_task_disk_full"}},
+    {kStatusInvalidTorrent, {"error", "error_invalid_torrent"}},
+    {kStatusAccountNeeded, {"download", "account_require_status"}},
+    {kStatusTryLater, {"download", "download_error_try_it_later"}},
+    {kStatusDestinationLocked, {"dlqueue", "error_task_encryption"}},
+    {kStatusPythonMissing, {"dlqueue", "error_missing_python"}},
+    {kStatusPrivateVideo, {"dlqueue", "error_private_video"}},
+    {kStatusExtractFolderMissing, {"download", "download_error_extract_folder_not_exist"}},
+    {kStatusArticlesMissing, {"download", "download_err_nzb_missing_article"}},
 };
 
-// The entry of @p status in names that start with the code @p first; null outside of them.
-template <std::size_t kSize>
-const StatusName* FindIn(const StatusName (&names)[kSize], int first, int status) {
-  const bool listed = status >= first && status - first < static_cast<int>(kSize);
-  return listed ? &names[status - first] : nullptr;
-}
-
+// The name of @p status; null when it has none of its own.
 const StatusName* Find(int status) {
-  const StatusName* const name = FindIn(kLiveNames, kStatusWaiting, status);
-  return name != nullptr ? name : FindIn(kErrorNames, kStatusError, status);
+  const auto* const found =
+      std::find_if(std::begin(kNames), std::end(kNames),
+                   [status](const NamedStatus& named) { return named.status == status; });
+  return found != std::end(kNames) ? &found->name : nullptr;
 }
 
 }  // namespace
@@ -77,7 +74,7 @@ bool HasStatusName(int status) { return Find(status) != nullptr; }
 
 StatusName GetStatusName(int status) {
   const StatusName* const name = Find(status);
-  return name != nullptr ? *name : kErrorNames[0];
+  return name != nullptr ? *name : *Find(kStatusError);
 }
 
 }  // namespace dorvdl::record

@@ -1,9 +1,7 @@
 #include <dorvdl/record/task.h>
-#include <dorvdl/record/task_status.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -188,76 +186,6 @@ TEST(TaskTest, ToJsonEmptiesTheValueAndWritesNothing) {
   for (Json::Value other : {Json::Value("text"), Json::Value(7), Json::Value()}) {
     task.ToJson(other);
     EXPECT_TRUE(other.isNull());
-  }
-}
-
-std::string ShownName(int status) {
-  const StatusName name = GetStatusName(status);
-  return std::string(name.section) + "/" + name.key;
-}
-
-TEST(StatusNameTest, EveryCodeHasItsName) {
-  const std::map<int, std::string> names = {
-      {1, "download/download_task_waiting"},
-      {2, "download/download_task_downloading"},
-      {3, "download/download_task_paused"},
-      {4, "download/download_task_finishing"},
-      {5, "download/download_task_finished"},
-      {6, "download/download_task_hash_checking"},
-      {7, "download/download_task_preseeding"},
-      {8, "download/download_task_seeding"},
-      {9, "download/download_task_filehosting_waiting"},
-      {10, "download/download_task_extracting"},
-      {11, "download/download_task_waiting"},
-      {12, "download/download_task_waiting"},
-      {13, "download/download_task_finishing"},
-      {14, "download/download_task_finishing"},
-      {15, "download/captcha_needed"},
-      {101, "download/download_task_error"},
-      {102, "download/download_task_broken_link"},
-      {103, "download/download_task_dest_not_exist"},
-      {104, "download/download_task_dest_deny"},
-      {105, "download/download_task_disk_full"},
-      {106, "download/download_task_quota_reached"},
-      {107, "download/download_task_timeout"},
-      {108, "download/download_error_exceed_fs_max_size_short"},
-      {109, "download/download_error_exceed_temp_fs_max_size_short"},
-      {110, "download/download_error_exceed_dest_fs_max_size_short"},
-      {111, "error/error_encryption_long_path"},
-      {112, "error/error_long_path"},
-      {113, "error/error_duplicate_torrent"},
-      {114, "download/download_err_no_file_to_end"},
-      {115, "dlqueue/premium_account_require_status"},
-      {116, "download/not_support_type"},
-      {117, "download/download_ftp_encrption_not_support_type"},
-      {118, "download/download_error_extract_fail"},
-      {119, "download/wrong_password"},
-      {120, "download/invalid_archive"},
-      {121, "download/download_task_quota_reached"},
-      {122, "download/download_task_disk_full"},
-      {123, "error/error_invalid_torrent"},
-      {124, "download/account_require_status"},
-      {125, "download/download_error_try_it_later"},
-      {126, "dlqueue/error_task_encryption"},
-      {127, "dlqueue/error_missing_python"},
-      {128, "dlqueue/error_private_video"},
-      {129, "download/download_error_extract_folder_not_exist"},
-      {130, "download/download_err_nzb_missing_article"},
-  };
-  for (const auto& [status, name] : names) {
-    EXPECT_EQ(ShownName(status), name) << status;
-  }
-}
-
-TEST(StatusNameTest, AnyOtherCodeIsTheGeneralError) {
-  const auto expect_error = [](int status) {
-    EXPECT_EQ(ShownName(status), "download/download_task_error") << status;
-  };
-  for (int status = 16; status <= 100; ++status) {
-    expect_error(status);
-  }
-  for (const int status : {-2147483647 - 1, -1, 0, 131, 2147483647}) {
-    expect_error(status);
   }
 }
 
