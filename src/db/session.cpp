@@ -2,6 +2,8 @@
 #include <dorvdl/db/session.h>
 #include <dorvdl/util/privilege.h>
 
+#include <utility>
+
 namespace dorvdl::db {
 namespace {
 
@@ -24,6 +26,9 @@ DBSession::DBSession() {
   }
   LEAVECriticalSection;
 }
+
+DBSession::DBSession(std::shared_ptr<dorvdbquery::Session> session)
+    : session_(std::move(session)) {}
 
 DBSession::~DBSession() = default;
 

@@ -29,31 +29,44 @@ void HangUpIfUnsent(PGconn* connection, int send_error) {
   }
 }
 
-// Sends by @p send, whose result is libpq's, and receives.
-template <typename Send>
-Answer Exchange(SessionState& state, Purpose purpose, Send send) {
-  Answer answer;
-  if (state.is_broken) {
-    state.Note(FailureOf(nullptr));
+// Sends by @p send, whose result is libpq's; whether there is an answer to wait for.
+template <typename Call>
+bool SendBy(SessionState& state, Call send) {
+  errno = 0;
+  const bool is_sent = !state.is_broken && send(state.connection()) == 1;
+  if (is_sent) {
+    HangUpIfUnsent(state.connection(), errno);
+  }
+  return is_sent;
+}
+
+// What an answer, or that there is none, means for the session.
+Answer Judged(SessionState& state, Purpose purpose, Answer answer) {
+  if (IsSuccess(answer.get())) {
+    if (purpose == Purpose::kWork && state.failure) {
+      state.failure = {};
+    }
     return answer;
   }
-  PGconn* const connection = state.connection();
-  errno = 0;
-  if (send(connection) == 1) {
-    HangUpIfUnsent(connection, errno);
-    while (PGresult* const next = PQgetResult(connection)) {
-      answer.reset(next);
-    }
-  }
-  if (!IsSuccess(answer.get())) {
-    state.Note(FailureOf(answer.get()));
-    if (!IsFromServer(answer.get())) {
-      state.Break();
-    }
-  } else if (purpose == Purpose::kWork && state.failure) {
-    state.failure = {};
+  state.Note(FailureOf(answer.get()));
+  if (!state.is_broken && !IsFromServer(answer.get())) {
+    state.Break();
   }
   return answer;
+}
+
+Answer WholeAnswer(PGconn* connection) {
+  Answer answer;
+  while (PGresult* const next = PQgetResult(connection)) {
+    answer.reset(next);
+  }
+  return answer;
+}
+
+// Sends by @p send, and receives.
+template <typename Call>
+Answer Exchange(SessionState& state, Purpose purpose, Call send) {
+  return Judged(state, purpose, SendBy(state, send) ? WholeAnswer(state.connection()) : Answer());
 }
 
 }  // namespace
@@ -96,6 +109,14 @@ Answer Ask(SessionState& state, const char* text, const Arguments& arguments, An
     return PQsendQueryParams(connection, text, arguments.count(), nullptr, arguments.values(),
                              arguments.lengths(), arguments.formats(), static_cast<int>(form));
   });
+}
+
+bool Send(SessionState& state, const char* text) {
+  return SendBy(state, [text](PGconn* connection) { return PQsendQuery(connection, text); });
+}
+
+Answer Receive(SessionState& state) {
+  return Judged(state, Purpose::kWork, WholeAnswer(state.connection()));
 }
 
 }  // namespace dorvdbquery

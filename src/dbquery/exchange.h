@@ -66,6 +66,11 @@ Answer Ask(SessionState& state, const char* text, Purpose purpose = Purpose::kWo
 Answer Ask(SessionState& state, const char* text, const Arguments& arguments,
            AnswerForm form = AnswerForm::kText, Purpose purpose = Purpose::kWork);
 
+// The two halves of Ask(), for an answer that is waited for later. In between nothing else may be
+// asked. False when nothing was sent.
+bool Send(SessionState& state, const char* text);
+Answer Receive(SessionState& state);
+
 }  // namespace dorvdbquery
 
 #endif  // SRC_DBQUERY_EXCHANGE_H_

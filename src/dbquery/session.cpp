@@ -70,11 +70,11 @@ Session::Session(Session&&) noexcept = default;
 Session& Session::operator=(Session&&) noexcept = default;
 
 Session Session::PGSQL(const std::string& user, const std::string& database) {
-  auto state = std::make_shared<SessionState>();
-  state->session->open(soci::postgresql,
-                       "user=" + Quoted(user) + " dbname=" + Quoted(database) +
-                           " application_name='libdorvdlcore' client_encoding='UTF8'" +
-                           WaitingLimits());
+  auto session = std::make_unique<soci::session>();
+  session->open(soci::postgresql, "user=" + Quoted(user) + " dbname=" + Quoted(database) +
+                                      " application_name='libdorvdlcore' client_encoding='UTF8'" +
+                                      WaitingLimits());
+  auto state = std::make_shared<SessionState>(std::move(session));
   // libpq would print the server's notices to the program's stderr. Those of the connecting itself
   // it does print: SOCI connects and gives no way in between.
   PQsetNoticeReceiver(state->connection(), DropNotice, nullptr);

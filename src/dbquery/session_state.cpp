@@ -20,15 +20,19 @@ bool SessionState::IsGood() const {
   return TEMP_FAILURE_RETRY(poll(&socket, 1, 0)) == 0;
 }
 
+bool SessionState::IsInTheMiddle() const {
+  return PQpipelineStatus(connection()) != PQ_PIPELINE_OFF ||
+         PQtransactionStatus(connection()) == PQTRANS_ACTIVE;
+}
+
 const char* SessionState::Refusal() const {
   if (failed_begins > 0) {
     // Outside the transaction that it was meant for, a statement would last.
     return "its transaction could not begin";
   }
-  // Only a program that uses libpq's connection itself gets there. libpq would refuse as well, but
-  // in the way in which it reports a connection that has lost its place.
-  if (PQpipelineStatus(connection()) != PQ_PIPELINE_OFF ||
-      PQtransactionStatus(connection()) == PQTRANS_ACTIVE) {
+  // libpq would refuse as well, but in the way in which it reports a connection that has lost its
+  // place.
+  if (IsInTheMiddle()) {
     return "the connection is in the middle of something else";
   }
   return nullptr;

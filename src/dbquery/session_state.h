@@ -7,6 +7,7 @@
 #include <soci/soci.h>
 
 #include <memory>
+#include <utility>
 
 namespace dorvdbquery {
 
@@ -16,9 +17,11 @@ class Transaction;
 // Statements and transactions refer to it weakly, so that they fail, and touch nothing, once the
 // session is gone.
 struct SessionState {
+  explicit SessionState(std::unique_ptr<soci::session> open) : session(std::move(open)) {}
+
   // By pointer, for SOCI's sessions cannot be moved, and a pooled connection passes from one state
   // to the next. Never null while anything can reach the state.
-  std::unique_ptr<soci::session> session = std::make_unique<soci::session>();
+  std::unique_ptr<soci::session> session;
 
   Transaction* innermost = nullptr;  // the scope that statements are in; null outside of any
   int savepoints = 0;                // how many were made, to name the next one
@@ -40,6 +43,10 @@ struct SessionState {
 
   // Whether the connection is usable, as far as can be told without a round trip.
   bool IsGood() const;
+
+  // Whether libpq is busy with something that the library has not begun: a program has used its
+  // connection itself.
+  bool IsInTheMiddle() const;
 
   // Why nothing may be sent that belongs to the innermost scope; null when it may be. A broken or
   // lost connection is no reason of these: that is a failed statement, not a refused one.

@@ -34,6 +34,10 @@ class DORVDL_EXPORT DBSession {
   const std::shared_ptr<dorvdbquery::Session>& share() const { return session_; }
 
  private:
+  friend class SessionPool;
+
+  explicit DBSession(std::shared_ptr<dorvdbquery::Session> session);
+
   std::shared_ptr<dorvdbquery::Session> session_;
 };
 

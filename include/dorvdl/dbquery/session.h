@@ -93,6 +93,7 @@ class DORVDL_EXPORT Session {
  private:
   friend class FailureKeeper;
   friend class Query;
+  friend class RecycledSession;
   friend class Transaction;
 
   explicit Session(std::shared_ptr<SessionState> state) noexcept;
