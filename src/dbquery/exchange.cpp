@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "dbquery/failures.h"
 
@@ -55,10 +56,16 @@ Answer Judged(SessionState& state, Purpose purpose, Answer answer) {
   return answer;
 }
 
-Answer WholeAnswer(PGconn* connection) {
+// A server that hangs up says why first, which libpq's own word about the end does not replace.
+Answer WholeAnswer(SessionState& state) {
   Answer answer;
-  while (PGresult* const next = PQgetResult(connection)) {
-    answer.reset(next);
+  while (Answer next{PQgetResult(state.connection())}) {
+    const bool is_end = !IsSuccess(next.get()) && !IsFromServer(next.get());
+    if (!is_end || answer == nullptr || IsSuccess(answer.get())) {
+      answer = std::move(next);
+    } else if (!state.is_broken) {
+      state.Break();
+    }
   }
   return answer;
 }
@@ -66,7 +73,7 @@ Answer WholeAnswer(PGconn* connection) {
 // Sends by @p send, and receives.
 template <typename Call>
 Answer Exchange(SessionState& state, Purpose purpose, Call send) {
-  return Judged(state, purpose, SendBy(state, send) ? WholeAnswer(state.connection()) : Answer());
+  return Judged(state, purpose, SendBy(state, send) ? WholeAnswer(state) : Answer());
 }
 
 }  // namespace
@@ -115,8 +122,6 @@ bool Send(SessionState& state, const char* text) {
   return SendBy(state, [text](PGconn* connection) { return PQsendQuery(connection, text); });
 }
 
-Answer Receive(SessionState& state) {
-  return Judged(state, Purpose::kWork, WholeAnswer(state.connection()));
-}
+Answer Receive(SessionState& state) { return Judged(state, Purpose::kWork, WholeAnswer(state)); }
 
 }  // namespace dorvdbquery

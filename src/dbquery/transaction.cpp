@@ -30,6 +30,11 @@ bool Confirms(const Answer& answer, const char* tag) {
   return IsSuccess(answer.get()) && std::strcmp(PQcmdStatus(answer.get()), tag) == 0;
 }
 
+// Whether the connection is lost, as far as is known: the transaction with it, whoever is in it.
+bool IsLost(const SessionState& state) {
+  return state.is_broken || PQtransactionStatus(state.connection()) == PQTRANS_UNKNOWN;
+}
+
 }  // namespace
 
 Transaction::Transaction(Session& session, Kind kind) : state_(session.state_), kind_(kind) {
@@ -91,8 +96,13 @@ Transaction::Outcome Transaction::End() {
 
 bool Transaction::HasFailed() const {
   const auto state = state_.lock();
-  return state == nullptr || has_failed_ || failure_ ||
-         (is_open_ && PQtransactionStatus(state->connection()) != PQTRANS_INTRANS);
+  if (state == nullptr || has_failed_ || failure_) {
+    return true;
+  }
+  // An error of the server is that of the innermost scope.
+  return is_open_ &&
+         (IsLost(*state) || (state->innermost == this &&
+                             PQtransactionStatus(state->connection()) != PQTRANS_INTRANS));
 }
 
 void Transaction::FailOperations(const Session& session, const Failure& failure) {
@@ -127,14 +137,14 @@ bool Transaction::CanCommit(SessionState& state) {
   if (has_failed_) {
     return false;
   }
-  if (PQtransactionStatus(state.connection()) != PQTRANS_INTRANS) {
-    Note(OwnFailure(Failure::Kind::kServer, "the transaction had failed"));
-    return false;
-  }
   // A commit that is never sent is one whose outcome is known.
-  if (kind_ == Kind::kOfOperations && !state.IsGood()) {
+  if (IsLost(state) || (kind_ == Kind::kOfOperations && !state.IsGood())) {
     state.Break();
     Note(OwnFailure(Failure::Kind::kConnection, kLostConnection));
+    return false;
+  }
+  if (PQtransactionStatus(state.connection()) != PQTRANS_INTRANS) {
+    Note(OwnFailure(Failure::Kind::kServer, "the transaction had failed"));
     return false;
   }
   return true;
