@@ -64,6 +64,12 @@ test_a_failing_file_leaves_no_trace_and_stops_the_rest() {
     to_regclass('after') IS NULL, max(version) FROM schema_version")" 'f|t|t|9001'
 }
 
+test_a_file_takes_the_time_that_it_needs() {
+  query "ALTER ROLE \"Tarnwick\" SET statement_timeout = '100ms'"
+  schema_file 9001_slow 'SELECT pg_sleep(0.3) \g /dev/null'
+  expect_status 0 apply --schema "$scratch/schema"
+}
+
 test_runs_at_the_same_time_wait_for_each_other() {
   local run runs=()
   schema_file 9001_slow 'SELECT pg_sleep(0.3) \g /dev/null
