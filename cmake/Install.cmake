@@ -18,9 +18,14 @@ install(
   FILES_MATCHING
   PATTERN "*.proto")
 
-# The schema, with the tool that applies it; the tool looks for the schema beside its own folder.
+# The schema, with the tool that applies it; the tool looks for the schema beside its own folder,
+# also when it is called by the link in PATH.
 install(DIRECTORY schema DESTINATION "${CMAKE_INSTALL_DATADIR}/dorvdlcore")
 install(PROGRAMS tools/apply-schema DESTINATION "${CMAKE_INSTALL_DATADIR}/dorvdlcore/tools")
+set(apply_schema_link "${PROJECT_BINARY_DIR}/apply-schema")
+file(RELATIVE_PATH bin_to_data "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_DATADIR}")
+file(CREATE_LINK "${bin_to_data}/dorvdlcore/tools/apply-schema" "${apply_schema_link}" SYMBOLIC)
+install(PROGRAMS "${apply_schema_link}" DESTINATION "${CMAKE_INSTALL_BINDIR}")
 
 # The CMake package. It finds what the targets refer to by itself, SOCI by the module beside it.
 install(EXPORT dorvdlcore-targets NAMESPACE dorvdl:: DESTINATION "${package_folder}")
