@@ -11,9 +11,10 @@ campaign() {
 test_lists_each_campaign_with_its_first_line() {
   campaign sieve '# Sieves everything.' 'exit 1'
   expect_status 0 scripts/campaign --help
-  expect_contains "$output" "  sieve    Sieves everything."
-  expect_contains "$output" "  tsan     "
-  expect_contains "$output" "  tidy     "
+  expect_contains "$output" "  sieve      Sieves everything."
+  expect_contains "$output" "  tsan       "
+  expect_contains "$output" "  tidy       "
+  expect_contains "$output" "  deployment "
 }
 
 test_runs_a_campaign_and_ends_as_it_does() {
@@ -44,7 +45,7 @@ test_ends_with_the_first_round_that_fails() {
 test_tells_a_wrong_call_from_a_failure() {
   local call
   for call in '' no-such-name ../check --minutes 'tidy --minutes' 'tidy --minutes 0' 'tidy --minutes x' \
-    'tsan --minutes 5 more' 'tsan more' 'tidy --minutes 5'; do
+    'tsan --minutes 5 more' 'tsan more' 'tidy --minutes 5' 'deployment --minutes 5'; do
     # shellcheck disable=SC2086
     expect_status 2 "$checkout/scripts/campaign" $call
     expect_contains "$output" "usage: scripts/campaign"

@@ -46,7 +46,8 @@ test_help_comes_before_any_package() {
 
 test_a_wrong_call_is_told_from_a_failure() {
   local call
-  for call in 'test --preset' 'test --preset none' 'demo --fast' 'check-floors --fast'; do
+  for call in 'test --preset' 'test --preset none' 'demo --fast' 'check-floors --fast' bare-debian \
+    'bare-debian /nowhere'; do
     # shellcheck disable=SC2086
     expect_status 2 "$checkout"/scripts/$call
     expect_contains "$output" "usage: "
