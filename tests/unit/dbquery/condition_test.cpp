@@ -35,6 +35,19 @@ TEST(ConditionTest, ConjunctionKeepsTheOrderAndNumbersThePlaceholders) {
             "[$3=alice]");
 }
 
+TEST(ConditionTest, RowsOfAnotherTableAreASubselect) {
+  EXPECT_EQ(
+      Show(Condition::InRows("feed_id", "rss_feed", "id", kName)),
+      "\"feed_id\" IN (SELECT \"id\" FROM \"rss_feed\" WHERE lower(username) = $1) [$1=alice]");
+  EXPECT_EQ(Show(Condition::InRows("feed_id", "rss_feed", "id", Condition::Null())),
+            "\"feed_id\" IN (SELECT \"id\" FROM \"rss_feed\")");
+  EXPECT_EQ(Show(kPid && Condition::HasRow("rss_feed", kName)),
+            "pid > $1 AND EXISTS (SELECT 1 FROM \"rss_feed\" WHERE lower(username) = $2) [$1=0] "
+            "[$2=alice]");
+  EXPECT_EQ(Show(Condition::InRows("feed_id", "rss feed", "id", kName)),
+            "refused: a table or column name is no plain identifier");
+}
+
 TEST(ConditionTest, NegationIsParenthesised) {
   EXPECT_EQ(Show(!kPid), "NOT (pid > $1) [$1=0]");
   EXPECT_EQ(Show(!(kPid && kName) && kPid),

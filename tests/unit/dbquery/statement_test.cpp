@@ -131,6 +131,67 @@ TEST_F(StatementTest, InsertRefusesColumnsWithoutValues) {
   EXPECT_EQ(Show(query), "refused: an insert's columns and values differ in number");
 }
 
+TEST_F(StatementTest, InsertAddsAndFindsColumns) {
+  InsertQuery query(session_, "rss_feed");
+  query.SetInsertAll({"url"});
+  EXPECT_EQ(query.Find("url"), nullptr) << "it has no value yet";
+  query.Values({"u"});
+  query.Add("username", "alice");
+  EXPECT_EQ(*query.Find("url"), "u");
+  EXPECT_EQ(query.Find("title"), nullptr);
+  EXPECT_EQ(Show(query),
+            "INSERT INTO \"rss_feed\" (\"url\", \"username\") VALUES ($1, $2) [$1=u] [$2=alice]");
+}
+
+TEST_F(StatementTest, InsertTakesADemandIntoItsText) {
+  InsertQuery query(session_, "rss_item");
+  query.SetInsertAll({"feed_id", "title"});
+  query.Values({"7", "t"});
+  query.OnlyWhen(Condition::HasRow("rss_feed", kPid), "no feed");
+  int id = 0;
+  query.Returning("id", id);
+  EXPECT_EQ(
+      Show(query),
+      "INSERT INTO \"rss_item\" (\"feed_id\", \"title\") SELECT $1, $2 WHERE EXISTS (SELECT 1 "
+      "FROM \"rss_feed\" WHERE pid > $3) RETURNING \"id\" [$1=7] [$2=t] [$3=0]");
+}
+
+TEST_F(StatementTest, UpdateTakesADemandIntoItsText) {
+  UpdateQuery query(session_, "rss_item");
+  query.SetFactory<int>("feed_id", 7);
+  query.OnlyWhen(Condition::HasRow("rss_feed", kPid), "no feed");
+  EXPECT_EQ(
+      Show(query),
+      "WITH dorvdl_met AS (SELECT 1 WHERE EXISTS (SELECT 1 FROM \"rss_feed\" WHERE pid > $1)), "
+      "dorvdl_changed AS (UPDATE \"rss_item\" SET \"feed_id\" = $2 WHERE EXISTS (SELECT 1 FROM "
+      "\"dorvdl_met\")) SELECT 1 FROM dorvdl_met [$1=0] [$2=7]");
+  query.Where(kPid);
+  EXPECT_NE(Show(query).find("WHERE pid > $3 AND EXISTS (SELECT 1 FROM \"dorvdl_met\"))"),
+            std::string::npos)
+      << Show(query);
+}
+
+TEST_F(StatementTest, UpdateFindsAndDropsAssignments) {
+  UpdateQuery query(session_, "rss_feed");
+  query.SetFactory<std::string>("username", "alice");
+  query.SetFactory<int>("is_updating", 1);
+  EXPECT_EQ(*query.Find("username"), "alice");
+  EXPECT_EQ(query.Find("url"), nullptr);
+  query.Drop("username");
+  EXPECT_EQ(query.Find("username"), nullptr);
+  EXPECT_EQ(Show(query), "UPDATE \"rss_feed\" SET \"is_updating\" = $1 [$1=1]");
+  query.Refuse("no");
+  EXPECT_EQ(Show(query), "refused: no");
+  query.Drop("is_updating");
+  EXPECT_EQ(Show(query), "") << "nothing to set is no refusal";
+}
+
+TEST_F(StatementTest, ARefusedInsertHasNoStatement) {
+  InsertQuery query(session_, "rss_feed");
+  query.Refuse("no");
+  EXPECT_EQ(Show(query), "refused: no");
+}
+
 TEST_F(StatementTest, UpdateAssignsInTheOrderOfTheCalls) {
   UpdateQuery query(session_, "t");
   query.SetFactory<int>("status", 1);
