@@ -114,7 +114,6 @@ void Transaction::FailOperations(const Session& session, const Failure& failure)
     scope = scope->outer_;
   }
   if (scope != nullptr) {
-    scope->has_failed_ = true;
     scope->KeepFirst(failure);
   }
 }
@@ -134,7 +133,7 @@ void Transaction::KeepFirst(const Failure& failure) noexcept {
 }
 
 bool Transaction::CanCommit(SessionState& state) {
-  if (has_failed_) {
+  if (has_failed_ || (kind_ == Kind::kOfOperations && failure_)) {
     return false;
   }
   // A commit that is never sent is one whose outcome is known.

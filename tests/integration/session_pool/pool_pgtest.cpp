@@ -140,6 +140,7 @@ TEST_F(SessionPoolTest, WhatWasNotCommittedIsRolledBackAtOnce) {
   Do(session, "BEGIN");
   EXPECT_TRUE(DownloadQueue(*session, "").Update(Renaming(1, "b")));
   session.reset();
+  raw_.Run("SET lock_timeout = '10s'");
   raw_.Run("UPDATE download_queue SET filename = filename || '!'");  // its lock is gone
   EXPECT_EQ(Filename(), "a!");
   session = pool.Take(0ms);
