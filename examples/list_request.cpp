@@ -6,13 +6,10 @@
 // JSON, {"items":[...],"success":true,"total":N} with the number of rows on all pages, or, with
 // exit status 1, {"error":"...","success":false}.
 #include <dorvdl/control/rss_feed_control.h>
+#include <dorvdl/control/rss_filter_control.h>
+#include <dorvdl/control/rss_item_control.h>
 #include <dorvdl/control/task_control.h>
-#include <dorvdl/db/download_queue.h>
-#include <dorvdl/db/rss_feed.h>
-#include <dorvdl/db/rss_filter.h>
-#include <dorvdl/db/rss_item.h>
-#include <dorvdl/db/thumbnail.h>
-#include <dorvdl/dbquery/transaction.h>
+#include <dorvdl/control/thumbnail_control.h>
 #include <dorvdl/proto/list_request/rss_feed.pb.h>
 #include <dorvdl/proto/list_request/rss_filter.pb.h>
 #include <dorvdl/proto/list_request/rss_item.pb.h>
@@ -21,17 +18,15 @@
 #include <google/protobuf/util/json_util.h>
 #include <json/json.h>
 
-#include <boost/optional.hpp>
-#include <cstdint>
 #include <iostream>
-#include <memory>
 #include <stdexcept>
 #include <string>
+
+#include "tell.h"
 
 namespace {
 
 namespace control = dorvdl::control;
-namespace db = dorvdl::db;
 namespace option = dorvdl::control::option;
 namespace proto = dorvdl::rpc::proto;
 namespace record = dorvdl::record;
@@ -62,45 +57,30 @@ Json::Value ToJson(const record::Task& task) {
   return json;
 }
 
-template <typename Request, typename Option>
-Option ReadOption() {
+// Both calls ask for nothing but what the controller's user may see, whatever the request names.
+template <typename Control, typename Request, typename Option>
+Json::Value List(control::Controller& controller) {
   Request request;
   if (!request.ParseFromIstream(&std::cin)) {
     throw Refusal("these bytes are no list request");
   }
   Option option;
   option.fromProto(request);
-  return option;
-}
-
-template <typename Table, typename Option>
-Json::Value Answer(Table table, const Option& option) {
+  Control rows(controller);
   Json::Value answer;
-  answer["total"] = table.Count(option);
-  answer["items"] = Json::Value(Json::arrayValue);
-  for (const auto& record : table.List(option)) {
-    answer["items"].append(ToJson(record));
+  const int total = rows.Count(option);
+  if (total >= 0) {
+    answer["total"] = total;
+    answer["items"] = Json::Value(Json::arrayValue);
+    for (const auto& record : rows.List(option)) {
+      answer["items"].append(ToJson(record));
+    }
+  }
+  if (controller.failure()) {  // of either: an empty list is none
+    Tell("list_request", controller);
+    throw Refusal("the list cannot be made");
   }
   return answer;
-}
-
-// Rows that belong to users: the table shows each user theirs.
-template <typename Request, typename Option, typename Table>
-Json::Value ListOwn(control::Controller& controller) {
-  return Answer(controller.UseWithName<Table>(), ReadOption<Request, Option>());
-}
-
-// Rows that belong to nobody, but to a row that does: the request must name it, and it must be the
-// user's, for the table shows anybody everything. Null when it is not, or could not be found out.
-template <typename Request, typename Option, typename Table, typename ParentControl,
-          boost::optional<std::int32_t> Option::*parent_id>
-Json::Value ListBelow(control::Controller& controller) {
-  const auto option = ReadOption<Request, Option>();
-  const boost::optional<std::int32_t>& parent = option.*parent_id;
-  if (!parent || !ParentControl(controller).Get(*parent).IsValid()) {
-    return Json::nullValue;
-  }
-  return Answer(controller.Use<Table>(), option);
 }
 
 struct Kind {
@@ -109,38 +89,22 @@ struct Kind {
 };
 
 const Kind kKinds[] = {
-    {"task", ListOwn<proto::task::ListRequest, option::task::ListOption, db::DownloadQueue>},
-    {"rss_feed", ListOwn<proto::rss_feed::ListRequest, option::rss_feed::ListOption, db::RssFeed>},
-    {"rss_filter",
-     ListBelow<proto::rss_filter::ListRequest, option::rss_filter::ListOption, db::RssFilter,
-               control::RssFeedControl, &option::rss_filter::ListOption::feed_id>},
-    {"rss_item", ListBelow<proto::rss_item::ListRequest, option::rss_item::ListOption, db::RssItem,
-                           control::RssFeedControl, &option::rss_item::ListOption::feed_id>},
+    {"task", List<control::TaskControl, proto::task::ListRequest, option::task::ListOption>},
+    {"rss_feed",
+     List<control::RssFeedControl, proto::rss_feed::ListRequest, option::rss_feed::ListOption>},
+    {"rss_filter", List<control::RssFilterControl, proto::rss_filter::ListRequest,
+                        option::rss_filter::ListOption>},
+    {"rss_item",
+     List<control::RssItemControl, proto::rss_item::ListRequest, option::rss_item::ListOption>},
     {"thumbnail",
-     ListBelow<proto::thumbnail::ListRequest, option::thumbnail::ListOption, db::Thumbnail,
-               control::TaskControl, &option::thumbnail::ListOption::task_id>},
+     List<control::ThumbnailControl, proto::thumbnail::ListRequest, option::thumbnail::ListOption>},
 };
 
 Json::Value Handle(const std::string& kind, const std::string& user) {
-  if (user.empty()) {
-    throw Refusal("no user is named");  // a controller without a name shows the rows of all users
-  }
   for (const Kind& known : kKinds) {
     if (known.name == kind) {
-      // The session is held here too, so that it outlives the transaction even if the controller
-      // replaces a lost connection. The transaction tells a failed list from an empty one.
-      const auto session = std::make_shared<db::DBSession>();
-      dorvdbquery::DefaultTransaction reading(session->session());
-      control::Controller controller(session);
-      controller.set_username(user);
-      Json::Value answer = known.list(controller);
-      if (!reading.Commit()) {
-        throw Refusal("the database refused; the system log says why");
-      }
-      if (answer.isNull()) {
-        throw Refusal("the request must name a feed or task of the user");
-      }
-      return answer;
+      auto controller = control::Controller::ForUser(user);
+      return known.list(controller);
     }
   }
   throw Refusal("no such kind of rows");

@@ -1,34 +1,28 @@
 // A scheduler's run: turns the new RSS items that the feeds' filters pick into download tasks, for
 // all users. Prints a line per task; run it as often as you like, also twice at once.
 //
-// Each feed is one transaction: its tasks are created, its items marked as seen and its time set
-// together or not at all, so that no crash loses an item or downloads it twice. Hence the tables'
-// accessors on one session: a controller would replace a connection that is lost half-way, and the
-// rest of the work would last outside the transaction.
+// Each feed is one unit: its tasks are created, its items marked as seen and its time set
+// together or not at all, so that no crash loses an item or downloads it twice. Each filter's work
+// is a unit within it: one that fails leaves the rest of the feed as it is.
 #include <dorvdl/control/rss_feed_control.h>
-#include <dorvdl/db/download_queue.h>
-#include <dorvdl/db/rss_feed.h>
-#include <dorvdl/db/rss_filter.h>
-#include <dorvdl/db/rss_item.h>
-#include <dorvdl/dbquery/transaction.h>
+#include <dorvdl/control/rss_filter_control.h>
+#include <dorvdl/control/rss_item_control.h>
+#include <dorvdl/control/task_control.h>
+#include <dorvdl/control/unit.h>
 #include <dorvdl/record/task_status.h>
 
 #include <ctime>
 #include <exception>
 #include <iostream>
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace {
 
-namespace db = dorvdl::db;
+namespace control = dorvdl::control;
 namespace option = dorvdl::control::option;
 namespace record = dorvdl::record;
-using dorvdbquery::Condition;
-using dorvdbquery::DefaultTransaction;
-
-const std::string kAllUsers;
+using control::Unit;
 
 // What the filter asks for. Both kinds of pattern may match anywhere in a title: regular
 // expressions do, and a LIKE pattern, which otherwise stands for the whole title, is given a "%" at
@@ -62,10 +56,10 @@ record::Task TaskFor(const record::proto::RssFeed& feed, const record::proto::Rs
 
 // Adds the tasks of one filter to the database and to @p tasks. False when that failed, as it does
 // when the pattern is no regular expression; nothing of the filter's work stays then.
-bool Apply(db::DBSession& session, const record::proto::RssFeed& feed,
+bool Apply(control::Controller& controller, const record::proto::RssFeed& feed,
            const record::proto::RssFilter& filter, std::vector<record::Task>& tasks) {
-  DefaultTransaction work(session.session());  // within the feed's: a savepoint of it
-  db::RssItem items(session);
+  Unit work(controller);  // within the feed's: a savepoint of it
+  control::RssItemControl items(controller);
   std::vector<record::Task> created;
   for (const record::RssItem& item : items.List(NewItems(filter))) {
     record::Task task = TaskFor(feed, filter, item.proto());
@@ -75,13 +69,12 @@ bool Apply(db::DBSession& session, const record::proto::RssFeed& feed,
     record::RssItem seen;  // no longer new, so that no other filter takes it as well
     seen.set_primary_key(item.primary_key());
     seen.mutable_proto().set_is_new(false);
-    if (!db::DownloadQueue(session, kAllUsers).Create(task, "") ||
-        !items.Update(seen, Condition::Null())) {
+    if (!control::TaskControl(controller).Create(task, "") || !items.Update(seen)) {
       return false;
     }
     created.push_back(task);
   }
-  if (!work.Commit()) {  // tells a failed list from an empty one, too
+  if (work.Commit() != Unit::Outcome::kCommitted) {  // tells a failed list from an empty one, too
     return false;
   }
   tasks.insert(tasks.end(), created.begin(), created.end());
@@ -89,12 +82,12 @@ bool Apply(db::DBSession& session, const record::proto::RssFeed& feed,
 }
 
 // Works one feed off. False when the database failed; then nothing of it is done.
-bool Run(db::DBSession& session, int feed_id) {
-  DefaultTransaction work(session.session());
-  db::RssFeed feeds(session, kAllUsers);
+bool Run(control::Controller& controller, int feed_id) {
+  Unit work(controller);
+  control::RssFeedControl feeds(controller);
 
   // Before all else, for this locks the feed's row: another scheduler, or a reader that marks the
-  // feed as being updated before it adds items, waits until the transaction is over.
+  // feed as being updated before it adds items, waits until the unit is over.
   record::RssFeed update;
   update.set_primary_key(feed_id);
   update.mutable_proto().set_last_update(static_cast<int>(std::time(nullptr)));
@@ -103,7 +96,7 @@ bool Run(db::DBSession& session, int feed_id) {
   }
   const record::RssFeed feed = feeds.Get(feed_id);
   if (!feed.IsValid()) {
-    return work.Commit();  // true when it has been deleted meanwhile
+    return work.Commit() == Unit::Outcome::kCommitted;  // as when it has been deleted meanwhile
   }
   if (feed.proto().is_updating()) {
     return true;  // its reader is at work and adds items; they are for the next run
@@ -114,17 +107,17 @@ bool Run(db::DBSession& session, int feed_id) {
   of_feed.feed_id = feed_id;
   std::vector<record::Task> tasks;
   bool all_applied = true;
-  for (const record::RssFilter& filter : db::RssFilter(session).List(of_feed)) {
-    if (filter.proto().enable() && !Apply(session, feed.proto(), filter.proto(), tasks)) {
+  for (const record::RssFilter& filter : control::RssFilterControl(controller).List(of_feed)) {
+    if (filter.proto().enable() && !Apply(controller, feed.proto(), filter.proto(), tasks)) {
       std::cerr << "filter " << filter.primary_key() << " cannot be applied (see system log)\n";
       all_applied = false;
     }
   }
   // What a filter could not look at stays new until the filter is mended.
-  if (all_applied && !db::RssItem(session).UpdateAllNew(feed_id, false)) {
+  if (all_applied && !control::RssItemControl(controller).UpdateAllNew(feed_id, false)) {
     return false;
   }
-  if (!work.Commit()) {
+  if (work.Commit() != Unit::Outcome::kCommitted) {
     return false;
   }
   for (const record::Task& task : tasks) {
@@ -137,14 +130,13 @@ bool Run(db::DBSession& session, int feed_id) {
 }  // namespace
 
 int main() try {
-  const auto session = std::make_shared<db::DBSession>();
-  dorvdl::control::Controller controller(session);  // no user name: it acts for all users
-  dorvdl::control::RssFeedControl feeds(controller);
+  control::Controller controller;  // no user name: it acts for all users
   option::rss_feed::ListOption all;
   all.common.sort_by = "id";
-  bool good = feeds.Count(all) >= 0;
-  for (const record::RssFeed& feed : feeds.List(all)) {
-    good = Run(*session, feed.primary_key()) && good;
+  const auto feeds = control::RssFeedControl(controller).List(all);
+  bool good = !controller.failure();
+  for (const record::RssFeed& feed : feeds) {
+    good = Run(controller, feed.primary_key()) && good;
   }
   return good ? 0 : 1;
 } catch (const std::exception& error) {  // no connection, or a row that cannot be read

@@ -1,254 +1,187 @@
 #!/usr/bin/env bash
-# Tests of the programs in examples/, in the private server that runs this script.
-. "$(dirname "$0")/../support/script_test.sh"
+# Tests of the programs in examples/ that show what holds for all controls, in the private server that
+# runs this script.
+. "$(dirname "$0")/../support/examples_test.sh"
 
-query() {
-  psql -XAtq -v ON_ERROR_STOP=1 -U Tarnwick -d download -c "$1"
+# in_background COMMAND...: its streams go to the file "said", its process is `background`.
+in_background() {
+  "$@" &>said &
+  background=$!
+}
+
+# expect_end STATUS: the status of what runs in the background; leaves what it said in `output`.
+expect_end() {
+  local status=0
+  wait "$background" || status=$?
+  output=$(<said)
+  ((status == $1)) || fail "exit status $status instead of $1: $output"
+}
+
+# hold_table NAME: somebody else locks the table, until let_go.
+hold_table() {
+  coproc holder { psql -XAtq -U Tarnwick -d download; }
+  local answer
+  echo "BEGIN; LOCK TABLE $1; SELECT 'locked';" >&"${holder[1]}"
+  read -r answer <&"${holder[0]}"
+  expect_equal "$answer" locked
+}
+let_go() {
+  echo 'COMMIT; SELECT 1;' >&"${holder[1]}"
+  read -r _ <&"${holder[0]}"
+}
+
+# Whether one connection waits for the table.
+one_waits() {
+  [[ $(query "SELECT count(*) FROM pg_stat_activity WHERE wait_event_type = 'Lock'") == 1 ]]
 }
 
 test_queue_creates_and_lists_a_task() {
-  expect_status 0 queue_example
-  expect_equal "$output" "1 https https://example.org/disk.iso"
-}
-
-# feed ID OWNER: one whose address is of no interest.
-feed() {
-  query "INSERT INTO rss_feed (id, username, url) VALUES ($1, '$2', 'https://host/feed')"
-}
-
-# filter FEED MATCH NOT_MATCH IS_REGEX: downloads to the folder dN, N being its id.
-filter() {
-  query "INSERT INTO rss_filter (feed_id, match, not_match, is_regex, enable, destination)
-    VALUES ($1, '$2', '$3', $4, 1, 'd' || currval('rss_filter_id_seq'))"
-}
-
-# items FEED TITLE...: new ones, with a URL of their number in the table.
-items() {
-  local title
-  for title in "${@:2}"; do
-    query "INSERT INTO rss_item (feed_id, title, is_new, url)
-      VALUES ($1, '$title', 1, 'https://host/' || currval('rss_item_id_seq'))"
-  done
-}
-
-# The titles of the items that are new.
-new_items() {
-  query "SELECT coalesce(string_agg(title, ',' ORDER BY id), '') FROM rss_item WHERE is_new = 1"
-}
-
-# scheduler_prints STATUS LINE...
-scheduler_prints() {
-  expect_status "$1" scheduler_example
-  expect_equal "$output" "$(printf '%s\n' "${@:2}")"
-}
-
-test_scheduler_creates_a_task_of_the_feeds_owner_for_each_item_picked() {
-  feed 1 alice
-  feed 2 Bob
-  filter 1 show sample 0
-  filter 2 '^Show [0-9]+$' '' 1
-  items 1 'The SHOW 1' 'show 2 (Sample)' 'news'
-  items 2 'Show 3' 'show 4'
   before=$(date +%s)
-  scheduler_prints 0 '1 alice https https://host/1 -> d1' '2 Bob https https://host/4 -> d2'
-  expect_equal "$(query "SELECT task_id, username, url, destination, status, task_flags,
-    created_time BETWEEN $before AND $before + 60 FROM download_queue ORDER BY task_id")" \
-    $'1|alice|https://host/1|d1|1|1024|t\n2|Bob|https://host/4|d2|1|1024|t'
-  expect_equal "$(query "SELECT every(last_update BETWEEN $before AND $before + 60) FROM rss_feed")" t
-  expect_equal "$(new_items)" ''
-  scheduler_prints 0 ''
+  prints 0 '1 https https://example.org/disk.iso' queue_example
+  expect_equal "$(query "SELECT username, status, created_time BETWEEN $before AND $before + 60
+    FROM download_queue")" 'alice|1|t'
 }
 
-test_scheduler_gives_an_item_to_the_first_filter_that_picks_it() {
-  feed 1 alice
-  filter 1 show '' 0
-  filter 1 '' '' 1
-  items 1 'show' 'news'
-  scheduler_prints 0 '1 alice https https://host/1 -> d1' '2 alice https https://host/2 -> d2'
+test_queue_says_why_it_failed() {
+  query "ALTER TABLE download_queue RENAME TO elsewhere"
+  prints 1 'failed: relation "download_queue" does not exist' queue_example
 }
 
-test_scheduler_leaves_out_what_is_disabled_seen_of_another_feed_or_no_address() {
-  feed 1 alice
-  feed 2 bob
-  filter 1 '' '' 0
-  filter 2 '' '' 0
-  query "UPDATE rss_filter SET enable = 0 WHERE id = 2"
-  items 1 'seen' 'no address' 'new'
-  items 2 'of bob'
-  query "UPDATE rss_item SET is_new = 0 WHERE title = 'seen'"
-  query "UPDATE rss_item SET url = 'page.html' WHERE title = 'no address'"
-  scheduler_prints 0 '1 alice https https://host/3 -> d1'
-  expect_equal "$(new_items)" ''
-}
-
-test_scheduler_skips_a_filter_that_is_no_regular_expression_and_keeps_its_items() {
-  feed 1 alice
-  filter 1 '(' '' 1
-  filter 1 show '' 0
-  items 1 'show' 'news'
-  scheduler_prints 0 'filter 1 cannot be applied (see system log)' \
-    '1 alice https https://host/1 -> d2'
-  expect_equal "$(new_items)" 'news'
-  query "UPDATE rss_filter SET match = '.' WHERE id = 1"
-  scheduler_prints 0 '2 alice https https://host/2 -> d1'
-}
-
-test_scheduler_leaves_a_feed_that_is_being_read_to_the_next_run() {
-  feed 1 alice
-  filter 1 '' '' 0
-  items 1 'show'
-  query "UPDATE rss_feed SET is_updating = 1"
-  scheduler_prints 0 ''
-  expect_equal "$(query "SELECT last_update FROM rss_feed"),$(new_items)" '0,show'
-  query "UPDATE rss_feed SET is_updating = 0"
-  scheduler_prints 0 '1 alice https https://host/1 -> d1'
-}
-
-# on_second_task STATEMENT: the database runs it when a feed's second task is created.
-on_second_task() {
-  query "CREATE OR REPLACE FUNCTION trouble() RETURNS trigger LANGUAGE plpgsql AS \$\$
-      BEGIN $1; RETURN new; END \$\$;
-    CREATE OR REPLACE TRIGGER trouble BEFORE INSERT ON download_queue
-      FOR EACH ROW WHEN (new.url = 'https://host/2') EXECUTE FUNCTION trouble()"
-}
-
-test_scheduler_keeps_nothing_of_a_filter_that_fails_half_way() {
-  feed 1 alice
-  filter 1 '' '' 0
-  items 1 'a' 'b' 'c'
-  on_second_task "RAISE 'no'"
-  scheduler_prints 0 'filter 1 cannot be applied (see system log)'
-  expect_equal "$(query "SELECT count(*) FROM download_queue"),$(new_items)" '0,a,b,c'
-}
-
-test_scheduler_keeps_nothing_of_a_feed_when_the_connection_is_lost() {
-  feed 1 alice
-  filter 1 'a' '' 0
-  filter 1 '' '' 0
-  items 1 'a' 'b'
-  on_second_task "PERFORM pg_terminate_backend(pg_backend_pid())"
-  expect_status 1 scheduler_example
-  expect_equal "$(query "SELECT count(*) FROM download_queue"),$(new_items)" '0,a,b'
-  query "DROP TRIGGER trouble ON download_queue"
-  expect_status 0 scheduler_example
-  expect_equal "$(query "SELECT string_agg(url, ',' ORDER BY url) FROM download_queue")" \
-    'https://host/1,https://host/2'
-}
-
-test_schedulers_that_run_at_once_share_the_work() {
-  feed 1 alice
-  filter 1 '' '' 0
-  items 1 'a' 'b'
-  on_second_task "PERFORM pg_sleep(0.5)"
-  scheduler_example >first &
-  scheduler_example >second
-  wait $!
-  expect_equal "$(query "SELECT count(*) FROM download_queue")" 2
-  expect_equal "$(cat first second | wc -l)" 2
-}
-
-test_scheduler_fails_without_its_tables() {
-  query "ALTER TABLE rss_feed RENAME TO elsewhere"
-  scheduler_prints 1 ''
-}
-
-# request STATUS KIND USER REQUEST: hands the request, a message in protobuf's text form, to the
-# handler.
-request() {
-  protoc -I "$checkout/proto" --encode="dorvdl.rpc.proto.$2.ListRequest" \
-    "$checkout/proto/dorvdl/proto/list_request/$2.proto" <<<"$4" >bytes
-  expect_status "$1" list_request_example "$2" "$3" <bytes
-}
-
-# answers STATUS KIND USER REQUEST ANSWER
-answers() {
-  request "${@:1:4}"
-  expect_equal "$output" "$5"
-}
-
-refusal() {
-  printf '{"error":"%s","success":false}' "$1"
-}
-
-not_yours=$(refusal 'the request must name a feed or task of the user')
-
-# Two users, each with a row of every kind; the ids of bob's end in 2.
-two_users() {
-  query "INSERT INTO rss_feed (id, username, title, last_update) VALUES
-      (11, 'Alice', 'Äpfel', 7), (12, 'bob', 'B', 0);
-    INSERT INTO rss_filter (id, feed_id, match, enable) VALUES (21, 11, 'a', 1), (22, 12, 'b', 1);
-    INSERT INTO rss_item (id, feed_id, title, size, is_new) VALUES
-      (31, 11, 'one', 5000000000, 1), (41, 11, 'two', 1, 0), (51, 11, 'tee', 2, 1),
-      (32, 12, 'one', 1, 1);
-    INSERT INTO download_queue (task_id, username, status, total_size, unzip_password) VALUES
-      (61, 'Alice', 2, 5000000000, 'secret'), (71, 'Alice', 5, 0, ''), (62, 'bob', 2, 0, '');
-    INSERT INTO thumbnail (thumbnail_id, task_id, file_index, create_time) VALUES
-      (81, 61, 3, 5000000000), (82, 62, 3, 0)"
-}
-
-test_list_request_shows_each_kind() {
-  two_users
-  answers 0 rss_feed alice '' '{"items":[{"id":11,"is_updating":false,"last_update":7,"title":"Äpfel","url":"","username":"Alice"}],"success":true,"total":1}'
-  answers 0 rss_filter alice 'feed_id: 11' '{"items":[{"destination":"","enable":true,"feed_id":11,"id":21,"is_regex":false,"match":"a","name":"","not_match":""}],"success":true,"total":1}'
-  answers 0 rss_item alice 'feed_id: 11 is_new: true common { sort_by: "id" limit: 1 }' \
-    '{"items":[{"date":0,"feed_id":11,"id":31,"is_new":true,"link":"","size":5000000000,"title":"one","url":""}],"success":true,"total":2}'
-  answers 0 thumbnail alice 'task_id: 61' '{"items":[{"create_time":5000000000,"file_index":3,"task_id":61,"thumbnail_filename":"","thumbnail_id":81,"thumbnail_index":0,"thumbnail_second":0}],"success":true,"total":1}'
-  request 0 task alice 'status: 5 exclude_status: true'
-  expect_contains "$output" '"status":2,"task_flags":0,"task_id":61,'
-  expect_contains "$output" '"total_size":"5000000000"'
-  expect_contains "$output" '}],"success":true,"total":1}'
-}
-
-test_list_request_shows_no_password() {
-  two_users
-  request 0 task alice ''
-  expect_contains "$output" '"total":2}'
-  [[ $output != *secret* && $output != *unzip_password* ]] || fail "$output"
-}
-
-test_list_request_shows_an_empty_list() {
-  two_users
-  answers 0 rss_item alice 'feed_id: 11 title_like: "x"' '{"items":[],"success":true,"total":0}'
-}
-
-test_list_request_keeps_the_rows_of_others() {
-  two_users
-  local kind
-  for kind in rss_filter rss_item; do
-    answers 1 "$kind" bob 'feed_id: 11' "$not_yours"
-    answers 1 "$kind" bob '' "$not_yours"
-  done
-  answers 1 thumbnail bob 'task_id: 61' "$not_yours"
-  answers 1 thumbnail bob 'file_index: 3' "$not_yours"
-  answers 0 task carol '' '{"items":[],"success":true,"total":0}'
-  answers 0 rss_feed carol '' '{"items":[],"success":true,"total":0}'
-  answers 1 task '' '' "$(refusal 'no user is named')"
-}
-
-test_list_request_refuses_what_is_no_request() {
-  expect_status 1 list_request_example rss_feed alice < <(printf '\x0a\xff')
-  expect_equal "$output" "$(refusal 'these bytes are no list request')"
-  answers 1 common alice '' "$(refusal 'no such kind of rows')"
-}
-
-test_list_request_tells_a_failed_list_from_an_empty_one() {
-  two_users
-  local failed
-  failed=$(refusal 'the database refused; the system log says why')
-  answers 1 rss_item alice 'feed_id: 11 title_regex: "("' "$failed"
-  answers 1 task alice 'common { sort_by: "no_column" }' "$failed"
-  answers 1 task alice 'common { sort_by: "no column" }' "$failed"
-  answers 1 task alice 'filename: "a\000b"' "$failed"
-  query "ALTER TABLE rss_feed RENAME TO elsewhere"
-  answers 1 rss_item alice 'feed_id: 11' "$failed"
-}
-
-test_list_request_says_nothing_about_the_server() {
+test_each_says_that_the_server_is_gone() {
   export PGPORT=1
-  local answer
-  answer=$(list_request_example task alice 2>messages </dev/null) && fail "succeeded"
-  expect_equal "$answer" "$(refusal 'the database cannot be used')"
-  expect_contains "$(<messages)" "list_request: "
+  local example
+  for example in queue 'unit alice' 'failure x' 'user alice 1' 'feed alice http://host/' \
+    'filter alice 1 like % x' 'item 1' 'thumbnail 1 0' 'plugin active' notification \
+    'captcha alice 1' host_wait 'pool 1 alice' scheduler; do
+    # shellcheck disable=SC2086 # its words are a name and arguments
+    set -- $example
+    expect_status 1 "$1_example" "${@:2}" </dev/null
+    expect_contains "$output" 'connection to server'
+  done
+}
+
+# running N: as many tasks of alice that are being downloaded.
+running() {
+  query "INSERT INTO download_queue (username, status) SELECT 'alice', 2 FROM generate_series(1, $1)"
+}
+
+# The sizes that tasks have.
+sizes() {
+  query "SELECT DISTINCT current_size FROM download_queue"
+}
+
+test_unit_commits_all_changes() {
+  running 20
+  expect_status 0 unit_example alice
+  expect_contains "$output" '20 changes are committed'
+  expect_equal "$(sizes)" 1048576
+  expect_status 0 unit_example alice one-by-one
+  expect_contains "$output" '20 changes are made'
+  expect_equal "$(sizes)" 2097152
+}
+
+# on_update WHEN STATEMENT: runs when the task 2 is changed; WHEN names the kind of trigger.
+on_update() {
+  query "CREATE FUNCTION trouble() RETURNS trigger LANGUAGE plpgsql AS \$\$
+      BEGIN $2; RETURN new; END \$\$;
+    CREATE $1 FOR EACH ROW WHEN (new.task_id = 2) EXECUTE FUNCTION trouble()"
+}
+
+test_unit_rolls_all_changes_back() {
+  running 3
+  on_update 'TRIGGER trouble BEFORE UPDATE ON download_queue' "RAISE 'no' USING ERRCODE = 'XX001'"
+  expect_status 1 unit_example alice
+  expect_contains "$output" 'nothing has changed: no (XX001)'
+  expect_equal "$(sizes)" 0
+  expect_status 1 unit_example alice one-by-one
+  expect_contains "$output" 'some have changed, others have not: no (XX001)'
+}
+
+test_unit_knows_when_the_answer_to_the_commit_was_lost() {
+  running 3
+  on_update 'CONSTRAINT TRIGGER trouble AFTER UPDATE ON download_queue DEFERRABLE INITIALLY DEFERRED' \
+    'PERFORM pg_sleep(30)'
+  in_background unit_example alice
+  committing() {
+    pid=$(query "SELECT pid FROM pg_stat_activity WHERE query = 'COMMIT' AND state = 'active'")
+    [[ $pid ]]
+  }
+  eventually committing
+  kill -KILL "$pid"
+  expect_end 1
+  expect_contains "$output" 'all has changed or nothing'
+}
+
+some_items() {
+  query "INSERT INTO rss_item (title) VALUES ('a'), ('b'), ('ab')"
+}
+
+test_failure_tells_an_empty_list_from_a_failed_one() {
+  some_items
+  prints 0 $'2 found\n1 a\n3 ab' failure_example a
+  prints 0 '0 found' failure_example x
+  prints 1 'this is no regular expression (2201B)' failure_example '('
+  query "ALTER TABLE rss_item RENAME TO elsewhere"
+  prints 1 'the search failed: relation "rss_item" does not exist (42P01)' failure_example a
+}
+
+test_failure_tries_again_what_may_pass() {
+  some_items
+  hold_table rss_item
+  export PGOPTIONS='-c lock_timeout=50ms'
+  prints 1 'the search failed: canceling statement due to lock timeout (55P03)' failure_example a
+  in_background failure_example a
+  has_failed_once() {
+    [[ $(query "SELECT count(*) FROM pg_stat_activity
+      WHERE state = 'idle' AND query LIKE 'SELECT%rss_item%'") == 1 ]]
+  }
+  eventually has_failed_once
+  let_go
+  expect_end 0
+  expect_equal "$output" $'2 found\n1 a\n3 ab'
+}
+
+test_failure_opens_another_connection_when_one_is_lost() {
+  some_items
+  query "CREATE SEQUENCE tries;
+    CREATE FUNCTION may_pass() RETURNS boolean LANGUAGE plpgsql AS \$\$
+      BEGIN IF nextval('tries') = 1 THEN PERFORM pg_terminate_backend(pg_backend_pid()); END IF;
+      RETURN true; END \$\$;
+    ALTER TABLE rss_item RENAME TO stored;
+    CREATE VIEW rss_item AS SELECT * FROM stored WHERE may_pass()"
+  prints 0 $'2 found\n1 a\n3 ab' failure_example a
+}
+
+test_user_reaches_nothing_of_others() {
+  two_feeds
+  prints 0 $'2 filters\n1 hers\n3 new' user_example alice 1 new
+  prints 0 '0 filters' user_example alice 2
+  prints 1 "the filter cannot be added: what the row would belong to is not the user's" \
+    user_example alice 2 new
+  prints 1 "the filters cannot be listed: a user's controller has no user" user_example '' 1
+  expect_equal "$(query "SELECT count(*) FROM rss_filter WHERE feed_id = 2")" 1
+}
+
+test_pool_serves_more_threads_than_it_has_connections() {
+  query "INSERT INTO download_queue (username) VALUES ('alice'), ('bob'), ('alice')"
+  prints 0 $'2 connections\n200 2 tasks\n200 1 tasks\n200 0 tasks\n200 2 tasks\n200 1 tasks' \
+    pool_example 2 alice bob carol alice bob
+}
+
+test_pool_turns_away_whom_it_has_no_connection_for() {
+  hold_table download_queue
+  in_background pool_example 1 alice alice
+  eventually one_waits
+  sleep 2  # longer than it waits for a connection
+  let_go
+  expect_end 1
+  expect_equal "$(sort <<<"$output")" $'1 connections\n200 0 tasks\n503 all connections are in use'
+}
+
+test_pool_says_what_failed() {
+  query "ALTER TABLE download_queue RENAME TO elsewhere"
+  prints 1 $'1 connections
+the tasks of alice cannot be counted: relation "download_queue" does not exist (42P01)\n500 failed' pool_example 1 alice
 }
 
 run_test "$@"
