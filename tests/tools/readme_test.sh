@@ -2,8 +2,51 @@
 # The README shows code that is compiled and run, and commands that a campaign types.
 . "$(dirname "$0")/../support/script_test.sh"
 
-test_the_smallest_program_is_the_example() {
-  diff <(sed -n "/^\`\`\`cpp$/,/^\`\`\`$/p" "$checkout/README.md" | sed "1d;\$d") "$checkout/examples/queue.cpp"
+# snippet FILE [NAME]: the file, or the part of it between two lines "// [NAME]", moved to the left as
+# far as they are indented.
+snippet() {
+  if (($# == 1)); then
+    cat "$checkout/$1"
+  else
+    awk -v mark="// [$2]" '{ text = $0; sub(/^ */, "", text) }
+      text == mark { indent = length($0) - length(text); inside = !inside; next }
+      inside { print substr($0, indent + 1) }' "$checkout/$1"
+  fi
+}
+
+# The README's code with the line above each, which names where it is from; and what that has.
+shown_code() {
+  awk '/^```cpp$/ { print above; inside = 1 } inside { print } /^```$/ { inside = 0 } { above = $0 }' \
+    "$checkout/README.md"
+}
+code_of_the_examples() {
+  local file name
+  sed -nE 's/^<!-- (examples\/[a-z_]+\.cpp)( \[([a-z]+)\])? -->$/\1 \3/p' "$checkout/README.md" |
+    while read -r file name; do
+      printf '<!-- %s -->\n```cpp\n' "$file${name:+ [$name]}"
+      snippet "$file" ${name:+"$name"}
+      echo '```'
+    done
+}
+
+test_the_code_is_that_of_the_examples() {
+  diff <(code_of_the_examples) <(shown_code)
+  expect_contains "$(shown_code)" '<!-- examples/queue.cpp -->'
+}
+
+test_each_marked_part_of_an_example_is_shown() {
+  local file mark
+  while IFS=: read -r file mark; do
+    grep -qxF "<!-- $file ${mark##*// } -->" "$checkout/README.md" || fail "not shown: $file $mark"
+  done < <(cd "$checkout" && grep -Eo '^ *// \[[a-z]+\]$' examples/*.cpp)
+}
+
+test_each_example_is_named() {
+  local file
+  for file in "$checkout"/examples/*.cpp; do
+    grep -q -e "^| \`${file##*/}\` |" -e "^<!-- examples/${file##*/} -->" "$checkout/README.md" ||
+      fail "not named: $file"
+  done
 }
 
 test_each_command_is_typed_by_the_campaign() {
