@@ -175,6 +175,24 @@ TEST_F(SessionPoolTest, NothingIsListenedToAnyMore) {
   EXPECT_EQ(PQnotifies(ConnectionOf(session->session())), nullptr);
 }
 
+// On purpose: to clear it would make each change of holders dearer, and programs rely on it.
+TEST_F(SessionPoolTest, WhatOwnStatementsHaveSetOnTheConnectionStays) {
+  SessionPool pool(1);
+  auto session = pool.Take(0ms);
+  Do(session, "SET search_path = elsewhere, public");
+  Do(session, "CREATE TEMPORARY TABLE notes AS SELECT 7 AS number");
+  Do(session, "SELECT pg_advisory_lock(1)");
+  session.reset();
+  session = pool.Take(0ms);
+  std::string path;
+  int number = 0;
+  session->session().handle()->once << "SHOW search_path", soci::into(path);
+  session->session().handle()->once << "SELECT number FROM notes", soci::into(number);
+  EXPECT_EQ(path, "elsewhere, public");
+  EXPECT_EQ(number, 7);
+  EXPECT_EQ(raw_.Value("SELECT pg_try_advisory_lock(1)"), "f");
+}
+
 TEST_F(SessionPoolTest, ABrokenSessionIsReplaced) {
   SessionPool pool(1);
   auto session = pool.Take(0ms);
