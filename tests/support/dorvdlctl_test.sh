@@ -21,6 +21,23 @@ refused() {
   expect_contains "$messages" "dorvdlctl: $2"
 }
 
+# refused_for_programs STATUS KIND SQLSTATE ARGUMENT...: with --json, one object tells why; no code for
+# an empty SQLSTATE. Leaves the message in `messages`.
+refused_for_programs() {
+  expect_run "$1" --json "${@:4}"
+  expect_equal "$output" ''
+  tells_programs "$2" "$3"
+}
+
+# tells_programs KIND SQLSTATE: the same of the last run.
+tells_programs() {
+  output=$messages
+  expect_equal "$(wc -l <<<"$messages")" 1
+  expect_equal "$(json "doc #- '{error,message}'")" \
+    "{\"error\": {\"kind\": \"$1\"${2:+, \"sqlstate\": \"$2\"}}}"
+  messages=$(json "doc->'error'->>'message'")
+}
+
 # json EXPRESSION: the value of an SQL expression on `doc`, the last output taken as JSON. (PostgreSQL
 # keeps all digits of a number.)
 json() {

@@ -128,15 +128,18 @@ test_wrong_usage_is_refused_without_a_server() {
 test_users_are_kept_apart() {
   some_feeds
   expect_equal "$(listed --user ALICE)" '1 3'
-  refused 1 'no feed 2 of user alice' --user alice feed show 2
-  refused 1 'no feed 2 of user alice' --user alice feed set 2 title=x
-  refused 1 'no feed 2 of user alice' --user alice feed remove 2 3
+  refused 3 'no feed 2 of user alice' --user alice feed show 2
+  refused 3 'no feed 2 of user alice' --user alice feed set 2 title=x
+  refused 3 'no feed 2 of user alice' --user alice feed remove 2 3
   expect_equal "$(query 'SELECT id, title FROM rss_feed ORDER BY id')" $'1|News\n2|Films'
+  refused 4 'refused: the row would belong to another user' --user alice feed set 1 username=bob
+  expect_run 0 --user ALICE feed set 1 username=alice title=new
+  expect_equal "$(query 'SELECT username, title FROM rss_feed WHERE id = 1')" 'alice|new'
 }
 
 test_remove_names_the_missing_and_removes_the_rest() {
   some_feeds
-  refused 1 'no feeds 77, 99' feed remove 77 2 99 1
+  refused 3 'no feeds 77, 99' feed remove 77 2 99 1
   expect_equal "$(listed)" 3
 }
 

@@ -25,16 +25,16 @@ test_a_filter_is_added_shown_changed_and_removed() {
   expect_run 0 filter show 1
   expect_contains "$output" $'\nenable              yes\nis_regex            no'
   expect_run 0 filter remove 1
-  refused 1 'no filter 1' filter show 1
+  refused 3 'no filter 1' filter show 1
 }
 
 test_a_filter_belongs_to_a_feed_that_exists() {
   some_filters
   refused 2 'a new filter needs feed_id=ID' filter add name=x
-  refused 1 'no feed 9' filter add feed_id=9
-  refused 1 'no feed 2 of user alice' --user alice filter add feed_id=2
-  refused 1 'no feed 2 of user alice' --user alice filter set 1 feed_id=2
-  refused 1 'no feed 9' filter set 1 feed_id=9
+  refused 3 'no feed 9' filter add feed_id=9
+  refused 3 'no feed 2 of user alice' --user alice filter add feed_id=2
+  refused 3 'no feed 2 of user alice' --user alice filter set 1 feed_id=2
+  refused 3 'no feed 9' filter set 1 feed_id=9
   expect_equal "$(query 'SELECT feed_id FROM rss_filter ORDER BY id')" $'1\n2\n1'
 }
 
@@ -45,12 +45,16 @@ test_users_reach_the_filters_of_their_feeds() {
   expect_equal "$(listed --user carol)" ''
   expect_equal "$(listed --user alice --feed 2)" ''
   expect_equal "$(listed --feed 1 --sort-by name --descending)" '3 1'
-  refused 1 'no filter 2 of user alice' --user alice filter show 2
-  refused 1 'no filter 2 of user alice' --user alice filter set 2 name=x
-  refused 1 'no filter 2 of user alice' --user alice filter remove 2
+  refused 3 'no filter 2 of user alice' --user alice filter show 2
+  refused 3 'no filter 2 of user alice' --user alice filter set 2 name=x
+  refused 3 'no filters 2, 9 of user alice' --user alice filter remove 2 9
   expect_run 0 --user alice filter list --count
   expect_equal "$output" 2
   expect_equal "$(query 'SELECT name FROM rss_filter WHERE id = 2')" Series
+  expect_run 0 --user alice filter set 1 feed_id=1 name=new
+  query "DELETE FROM rss_feed WHERE username = 'alice'"
+  expect_equal "$(listed --user alice)" ''
+  expect_equal "$(listed)" '1 2 3'
 }
 
 test_like_patterns_match_the_whole_text_in_any_case() {
@@ -82,11 +86,16 @@ test_the_text_stands_for_itself() {
 }
 
 test_a_pattern_that_is_none_is_a_failure() {
-  refused 1 'the pattern could not be tried' filter test --regex a '('
-  refused 1 'the pattern could not be tried' filter test --regex a '*' --json
-  refused 1 'the pattern could not be tried' filter test a \\
+  refused 1 'the pattern could not be tried: it is no valid one (2201B)' filter test --regex a '('
+  refused_for_programs 1 server 2201B filter test --regex a '*'
+  refused 1 'the pattern could not be tried: it is no valid one (22025)' filter test a \\
   refused 2 'PATTERN is required' filter test a
   refused 2 'TEXT: not UTF-8' filter test $'\xff' a
+}
+
+test_a_pattern_is_tried_for_any_user() {
+  expect_run 0 --user carol filter test abc 'A%'
+  expect_equal "$output" matches
 }
 
 run_test "$@"

@@ -27,9 +27,9 @@ task_id             1
 type                it's
 create_time         2100-01-01 00:00:00 +0000"
   expect_run 0 notification remove 1
-  refused 1 'no notification 1' notification show 1
+  refused 3 'no notification 1' notification show 1
   refused 2 'a new notification needs task_id=ID' notification add type=failed
-  refused 1 'no task 9' notification add task_id=9
+  refused 3 'no task 9' notification add task_id=9
 }
 
 test_lists() {
@@ -50,18 +50,30 @@ test_clear_until_removes_up_to_an_id() {
   some_notifications
   expect_run 0 notification clear-until 2
   expect_equal "$(listed list)" '3'
-  refused 2 'clear-until reaches the notifications of all users' --user alice notification clear-until 3
-  expect_equal "$(listed list)" '3'
+}
+
+test_clear_until_leaves_the_notifications_of_others() {
+  some_notifications
+  expect_run 0 --user ALICE notification clear-until 2
+  expect_equal "$output$messages" ''
+  expect_equal "$(listed list)" '2 3'
 }
 
 test_users_reach_the_notifications_of_their_tasks() {
   some_notifications
   expect_equal "$(listed list --user ALICE)" '1 3'
   expect_equal "$(listed view --user bob)" '2'
-  refused 1 'no notification 2 of user alice' --user alice notification show 2
-  refused 1 'no notification 2 of user alice' --user alice notification set 2 type=x
-  refused 1 'no notification 2 of user alice' --user alice notification remove 2
-  refused 1 'no task 2 of user alice' --user alice notification add task_id=2
+  refused 3 'no notification 2 of user alice' --user alice notification show 2
+  refused 3 'no notification 2 of user alice' --user alice notification set 2 type=x
+  refused 3 'no notification 2 of user alice' --user alice notification remove 2
+  refused 3 'no task 2 of user alice' --user alice notification add task_id=2
+  refused 3 'no task 2 of user alice' --user alice notification set 1 task_id=2
+  expect_run 0 --user alice notification list --count
+  expect_equal "$output" 2
+  expect_equal "$(query 'SELECT id, type FROM notification WHERE task_id = 2')" '2|failed'
+  expect_run 0 --user alice notification remove 1
+  query "DELETE FROM download_queue WHERE username = 'alice'"
+  expect_equal "$(listed list --user alice)" ''
 }
 
 test_a_failure_is_no_empty_list() {

@@ -27,8 +27,8 @@ test_a_state_is_added_shown_changed_and_removed() {
   expect_run 0 plugin show 1
   expect_contains "$output" $'process             {"step":1}\ncurrent_plugin      unzip'
   expect_run 0 plugin remove 1
-  refused 1 'no plug-in 1' plugin show 1
-  refused 1 'no task 9' plugin add 9
+  refused 3 'no plug-in 1' plugin show 1
+  refused 3 'no task 9' plugin add 9
   refused 2 'TASK is required' plugin add
 }
 
@@ -65,11 +65,18 @@ test_lists() {
 test_users_reach_the_states_of_their_tasks() {
   some_plugins
   expect_equal "$(listed list --user ALICE)" '1 3'
-  refused 1 'no plug-in 2 of user alice' --user alice plugin show 2
-  refused 1 'no plug-in 2 of user alice' --user alice plugin set 2 pid=1
-  refused 1 'no plug-in 2 of user alice' --user alice plugin remove 2
+  refused 3 'no plug-in 2 of user alice' --user alice plugin show 2
+  refused 3 'no plug-in 2 of user alice' --user alice plugin set 2 pid=1
+  refused 3 'no plug-in 2 of user alice' --user alice plugin remove 2
+  expect_run 0 --user alice plugin list --count
+  expect_equal "$output" 2
+  expect_equal "$(query 'SELECT pid FROM task_plugin WHERE task_id = 2')" 200
   query 'DELETE FROM task_plugin WHERE task_id = 2'
-  refused 1 'no task 2 of user alice' --user alice plugin add 2
+  refused 3 'no task 2 of user alice' --user alice plugin add 2
+  expect_equal "$(query 'SELECT count(*) FROM task_plugin WHERE task_id = 2')" 0
+  expect_run 0 --user alice plugin set 1 pid=0
+  expect_run 0 --user alice plugin remove 1
+  expect_equal "$(listed list)" 3
 }
 
 test_the_state_of_a_task_that_is_gone_can_be_changed() {

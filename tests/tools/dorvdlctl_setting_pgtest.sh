@@ -30,7 +30,7 @@ enable_watchffolder yes"
   expect_run 0 setting show "it's" --json
   expect_equal "$(json "doc->'user_disabled' = 'true' AND doc->'uid' = '1026'")" t
   expect_run 0 setting remove "it's"
-  refused 1 "no setting it's" setting show "it's"
+  refused 3 "no setting it's" setting show "it's"
 }
 
 test_wrong_usage_is_refused() {
@@ -57,9 +57,9 @@ test_users_reach_their_own_settings() {
   some_settings
   expect_equal "$(listed --user bob)" 'Bob'
   expect_run 0 --user bob setting set Bob uid=5
-  refused 1 'no setting alice of user bob' --user bob setting show alice
-  refused 1 'no setting alice of user bob' --user bob setting set alice uid=5
-  refused 1 'no settings alice, carol of user bob' --user bob setting remove alice carol Bob
+  refused 3 'no setting alice of user bob' --user bob setting show alice
+  refused 3 'no setting alice of user bob' --user bob setting set alice uid=5
+  refused 3 'no settings alice, carol of user bob' --user bob setting remove alice carol Bob
   refused 2 'user bob cannot add settings of user carol' --user bob setting add carol
   expect_run 0 --user CAROL setting add carol
   expect_equal "$(query 'SELECT username, uid FROM user_setting ORDER BY 1')" \
@@ -68,7 +68,7 @@ test_users_reach_their_own_settings() {
 
 test_names_are_no_statement_text() {
   some_settings
-  refused 1 "no setting x' OR true --" setting remove "x' OR true --"
+  refused 3 "no setting x' OR true --" setting remove "x' OR true --"
   expect_equal "$(query 'SELECT count(*) FROM user_setting')" 3
 }
 

@@ -63,7 +63,7 @@ test_clean_removes_the_folders_of_tasks() {
   touch $folder/{1,2}/file "$folder/1 2"
   expect_run 0 task clean 1 77
   expect_equal "$(cd $folder && echo *)" '1 2 12 2'
-  refused 1 'no task 2 of user alice' --user alice task clean 2
+  refused 3 'no task 2 of user alice' --user alice task clean 2
   expect_equal "$(cd $folder && echo *)" '1 2 12 2'
   expect_run 0 --user Bob task clean 2
   expect_equal "$(cd $folder && echo *)" '1 2 12'
@@ -75,7 +75,7 @@ test_clean_removes_the_folders_of_tasks() {
 test_when_one_task_is_anothers_nothing_is_cleaned() {
   some_tasks
   mkdir $folder/1
-  refused 1 'no task 2 of user alice' --user alice task clean 1 2
+  refused 3 'no task 2 of user alice' --user alice task clean 1 2
   [[ -d $folder/1 ]] || fail "the user's own was removed"
 }
 
@@ -107,7 +107,7 @@ test_a_notification_that_cannot_be_sent_is_a_failure() {
   some_tasks
   query "INSERT INTO download_queue (username) VALUES ('mallory')"
   refused 1 'the notification was not sent' task notify 3 complete
-  refused 1 'no task 1 of user bob' --user bob task notify 1 complete
+  refused 3 'no task 1 of user bob' --user bob task notify 1 complete
   refused 2 '' task notify 1 finished
   rm -r /usr/dorv/dorvman
   refused 1 'the notification was not sent' task notify 1 captcha

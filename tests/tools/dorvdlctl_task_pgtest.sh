@@ -33,7 +33,7 @@ test_add_stores_files_under_their_own_names() {
   printf torrent >"$scratch/Ä b.TORRENT"
   printf nzb >"$scratch/c.nzb"
   expect_run 0 --user alice --json task add "$scratch/Ä b.TORRENT" "$scratch/c.nzb" --paused
-  expect_equal "$(json "doc->0->>'filename'")" 'Ä b.TORRENT'
+  expect_equal "$(json "doc->0->>'filename' || ' ' || (doc->0->>'username')")" 'Ä b.TORRENT alice'
   expect_equal "$(query "SELECT filename, status, task_flags, convert_from(lo_get(file_oid), 'UTF8')
     FROM download_queue ORDER BY task_id")" $'Ä b.TORRENT|3|4|torrent\nc.nzb|3|2|nzb'
 }
@@ -126,7 +126,7 @@ test_an_empty_list_is_no_failure() {
 test_a_failure_is_no_empty_result() {
   query 'ALTER TABLE download_queue RENAME COLUMN task_id TO other'
   refused 1 "the database operation failed" task list
-  refused 1 "the database operation failed" task list --json
+  refused_for_programs 1 server 42703 task list
   refused 1 "the database operation failed" task show 1
   refused 1 "the database operation failed" task remove 1
 }
@@ -243,7 +243,7 @@ test_set_refuses_what_cannot_be_set() {
   refused 2 '"status" is not of the form KEY=VALUE' task set 1 status
   refused 2 'nothing to set' task set 1
   refused 2 'filename: not UTF-8' task set 1 $'filename=\xff'
-  refused 1 'no task 99' task set 99 status=3
+  refused 3 'no task 99' task set 99 status=3
   expect_equal "$(query 'SELECT count(*) FROM download_queue WHERE status = 3')" 0
 }
 
@@ -268,9 +268,9 @@ test_remove_names_the_missing_and_removes_the_rest() {
   some_tasks
   expect_run 0 task remove 1
   expect_equal "$output$messages" ''
-  refused 1 'no tasks 77, 1' task remove 77 2 1 3
+  refused 3 'no tasks 77, 1' task remove 77 2 1 3
   expect_equal "$(listed)" '4 5 6'
-  refused 1 'no task 4 of user alice' --user alice task remove 4 5
+  refused 3 'no task 4 of user alice' --user alice task remove 4 5
   expect_equal "$(listed)" '4 6'
 }
 
@@ -280,8 +280,20 @@ test_nothing_is_done_after_the_connection_is_lost() {
   query 'ALTER TABLE download_queue RENAME TO kept'
   query 'CREATE VIEW download_queue AS SELECT * FROM kept
     WHERE task_id <> 1 OR pg_terminate_backend(pg_backend_pid())'
-  refused 1 "the database operation failed" task remove 1 2
+  refused 5 "the database operation failed" task remove 1 2
   expect_equal "$(query 'SELECT count(*) FROM kept')" 6
+}
+
+test_no_task_is_restarted_after_the_connection_is_lost() {
+  parked_tasks
+  query 'CREATE FUNCTION hang_up() RETURNS trigger LANGUAGE plpgsql AS
+    $$ BEGIN PERFORM pg_terminate_backend(pg_backend_pid()); RETURN new; END $$'
+  query 'CREATE TRIGGER hang_up BEFORE UPDATE ON task_plugin
+    FOR EACH ROW WHEN (old.task_id IN (1, 3)) EXECUTE FUNCTION hang_up()'
+  refused 5 'the database operation failed' task restart captcha --all
+  refused 5 'the database operation failed' task restart captcha 1
+  refused 5 'the database operation failed' task restart host --all
+  expect_equal "$(parked)" '15+ 15+ 9+ 9+ 2+'
 }
 
 test_users_are_kept_apart() {
@@ -292,13 +304,24 @@ test_users_are_kept_apart() {
   expect_equal "$(listed --user bob)" '3 4'
   local before
   before=$(query 'SELECT q FROM download_queue q WHERE task_id = 3')
-  refused 1 'no task 3 of user alice' --user alice task show 3
-  refused 1 'no task 3 of user alice' --user alice task set 3 status=3
-  refused 1 'no task 3 of user alice' --user alice task remove 3
-  refused 1 'no task 3 of user alice' --user alice task import 3 "$scratch/a.torrent"
-  refused 1 'no task 3 of user alice' --user alice task export 3 "$scratch/stolen"
+  refused 3 'no task 3 of user alice' --user alice task show 3
+  refused 3 'no task 3 of user alice' --user alice task set 3 status=3
+  refused 3 'no task 3 of user alice' --user alice task remove 3
+  refused 3 'no task 3 of user alice' --user alice task import 3 "$scratch/a.torrent"
+  refused 3 'no task 3 of user alice' --user alice task export 3 "$scratch/stolen"
   expect_equal "$(query 'SELECT q FROM download_queue q WHERE task_id = 3')" "$before"
   [[ ! -e $scratch/stolen ]] || fail "exported all the same"
+}
+
+test_a_user_cannot_take_what_is_anothers() {
+  some_tasks
+  query "UPDATE download_queue SET file_oid = lo_from_bytea(0, 'x') WHERE task_id = 3"
+  local before
+  before=$(query 'SELECT q FROM download_queue q WHERE task_id = 1')
+  refused 4 "refused: which stored file is a task's is not for its user to say" \
+    --user alice task set 1 file_oid="$(query 'SELECT file_oid FROM download_queue WHERE task_id = 3')"
+  refused 4 'refused: the row would belong to another user' --user alice task set 1 username=bob
+  expect_equal "$(query 'SELECT q FROM download_queue q WHERE task_id = 1')" "$before"
 }
 
 test_a_file_comes_out_as_it_went_in() {
@@ -325,13 +348,17 @@ test_a_file_named_like_a_command_is_a_file() {
 test_files_that_cannot_be_had_are_failures() {
   some_tasks
   refused 1 'no file is stored with task 1' task export 1 "$scratch/out"
-  refused 1 "$scratch/missing could not be stored" task import 1 "$scratch/missing"
-  refused 1 "/dev/zero could not be stored" task import 1 /dev/zero
+  refused 1 "$scratch/missing could not be stored: Failed to open file: No such file" \
+    task import 1 "$scratch/missing"
+  refused 1 "/dev/zero could not be stored: Failed to open file: not a regular file" task import 1 /dev/zero
+  refused_for_programs 1 failed '' task import 1 ''
   echo torrent >"$scratch/a"
   expect_run 0 task import 1 "$scratch/a"
-  refused 1 "$scratch/no/out could not be written" task export 1 "$scratch/no/out"
+  refused 1 "$scratch/no/out could not be written: Failed to create file: No such file" \
+    task export 1 "$scratch/no/out"
+  refused 1 'could not be written' task export 1 ''
   query 'SELECT lo_unlink(file_oid) FROM download_queue WHERE task_id = 1' >"$scratch/unlinked"
-  refused 1 "$scratch/out could not be written" task export 1 "$scratch/out"
+  refused_for_programs 1 server 42704 task export 1 "$scratch/out"
   [[ ! -e $scratch/out ]] || fail "a file was left"
 }
 
@@ -382,8 +409,8 @@ test_all_parked_tasks_are_restarted_and_named() {
 
 test_restarts_keep_users_apart() {
   parked_tasks
-  refused 1 'no task 2 of user alice' --user alice task restart captcha 2
-  refused 1 'no task 4 of user alice' --user alice task restart host 4
+  refused 3 'no task 2 of user alice' --user alice task restart captcha 2
+  refused 3 'no task 4 of user alice' --user alice task restart host 4
   expect_run 0 --user alice task restart captcha --all
   expect_equal "$output" 1
   expect_run 0 --user alice task restart host --all
@@ -397,7 +424,7 @@ test_a_restart_needs_a_task_or_all() {
     refused 2 'give the ID of a task, or --all' task restart "$kind"
     refused 2 'ID excludes --all' task restart "$kind" 1 --all
     refused 2 'ID: "0" is no whole number' task restart "$kind" 0
-    refused 1 'no task 9' task restart "$kind" 9
+    refused 3 'no task 9' task restart "$kind" 9
   done
 }
 

@@ -25,9 +25,9 @@ test_a_thumbnail_is_added_shown_changed_and_removed() {
   expect_run 0 thumbnail show 1 --json
   expect_equal "$(json "doc->>'create_time'")" 4102444800
   expect_run 0 thumbnail remove 1
-  refused 1 'no thumbnail 1' thumbnail remove 1
+  refused 3 'no thumbnail 1' thumbnail remove 1
   refused 2 'a new thumbnail needs task_id=ID' thumbnail add file_index=3
-  refused 1 'no task 9' thumbnail add task_id=9
+  refused 3 'no task 9' thumbnail add task_id=9
 }
 
 test_criteria() {
@@ -54,12 +54,19 @@ test_users_reach_the_thumbnails_of_their_tasks() {
   some_thumbnails
   expect_equal "$(listed --user ALICE)" '1 2 4'
   expect_equal "$(listed --user carol)" ''
-  refused 1 'no thumbnail 3 of user alice' --user alice thumbnail show 3
-  refused 1 'no thumbnail 3 of user alice' --user alice thumbnail set 3 file_index=1
-  refused 1 'no thumbnail 3 of user alice' --user alice thumbnail remove 3
-  refused 1 'no task 2 of user alice' --user alice thumbnail add task_id=2
-  refused 1 'no task 2 of user alice' --user alice thumbnail files 2
-  expect_equal "$(query 'SELECT file_index FROM thumbnail WHERE task_id = 2')" 0
+  refused 3 'no thumbnail 3 of user alice' --user alice thumbnail show 3
+  refused 3 'no thumbnail 3 of user alice' --user alice thumbnail set 3 file_index=1
+  refused 3 'no thumbnail 3 of user alice' --user alice thumbnail remove 3
+  refused 3 'no task 2 of user alice' --user alice thumbnail add task_id=2
+  refused 3 'no task 2 of user alice' --user alice thumbnail files 2
+  refused 3 'no task 2 of user alice' --user alice thumbnail set 1 task_id=2
+  expect_run 0 --user alice thumbnail list --count
+  expect_equal "$output" 3
+  expect_equal "$(query 'SELECT thumbnail_id, file_index FROM thumbnail WHERE task_id = 2')" '3|0'
+  expect_run 0 --user alice thumbnail remove 1
+  query "DELETE FROM download_queue WHERE username = 'alice'"
+  expect_equal "$(listed --user ALICE)" ''
+  expect_equal "$(listed)" '2 3 4'
 }
 
 run_test "$@"

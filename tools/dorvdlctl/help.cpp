@@ -13,9 +13,21 @@ constexpr char kForAllCommands[] =
 
 The server is found through libpq's environment (PGHOST, PGPORT, PGSERVICE ...);
 the role is Tarnwick, the database download. Data goes to the standard output,
-messages to the standard error, and details of a failure to the system log.
+messages to the standard error, and what the library logs to the system log.
 
-Exit status: 0 done, 1 the operation failed, 2 wrong usage.
+Exit status:
+  0  done
+  1  failed for any other reason: the server refused, a file cannot be had ...
+  2  wrong usage
+  3  no such record, or none of the user given by --user
+  4  refused by the library: no such thing may be written, or not by this user
+  5  the server cannot be reached, or the connection was lost
+
+With --json an object on the standard error tells why, in one line:
+  {"error":{"kind":"server","message":"...","sqlstate":"42P01"}}
+The kind is not-found, refused, unreachable, usage, server, retry (refused by
+the server, and worth another try) or failed; sqlstate is the server's code, if
+it sent one.
 )";
 
 }  // namespace

@@ -1,10 +1,14 @@
 // dorvdlctl: the data of the download service at the command line. Each group of commands adds
 // itself to the application; a command is a callback that throws when it fails (outcome.h).
+#include <soci/error.h>
+
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 #include "argument.h"
@@ -12,20 +16,32 @@
 #include "groups.h"
 #include "help.h"
 #include "outcome.h"
+#include "rendering/complaint.h"
+#include "rendering/message_json.h"
 #include "rendering/text.h"
 
 namespace dorvdl::ctl {
 namespace {
 
-// On one line and safe for a terminal, for messages quote file names and the server.
-void Complain(const std::string& message) {
-  std::cerr << "dorvdlctl: " << Printable(JoinLines(message)) << '\n';
+// The message on one line and safe for a terminal, for messages quote file names and the server.
+ExitStatus Complain(const Failure& failure, bool as_json) {
+  const Failure shown(Printable(JoinLines(failure.what())), failure.reason(), failure.sqlstate());
+  const ExitStatus status = StatusOf(shown);
+  if (as_json) {
+    std::cerr << CompactJsonText(FailureToJson(shown)) << '\n';
+    return status;
+  }
+  std::cerr << "dorvdlctl: " << shown.what() << '\n';
+  if (status == kWrongUsage) {
+    std::cerr << "Run with --help to see what a command takes.\n";
+  }
+  return status;
 }
 
-ExitStatus ComplainAboutUsage(const std::string& message) {
-  Complain(message);
-  std::cerr << "Run with --help to see what a command takes.\n";
-  return kWrongUsage;
+// Whether the words of a command line that may not have been read to its end ask for JSON.
+bool AskForJson(int argc, char** argv) {
+  char** const end = std::find(argv, argv + argc, std::string("--"));
+  return std::find(argv, end, std::string("--json")) != end;
 }
 
 void AddGlobalOptions(CLI::App& app, GlobalOptions& global) {
@@ -38,11 +54,10 @@ void AddGlobalOptions(CLI::App& app, GlobalOptions& global) {
         return name.empty() ? "must not be empty" : "";
       })
       ->check(Utf8Text());
-  app.add_flag("--json", global.json, "Print data as JSON");
+  app.add_flag("--json", global.json, "Print data, and errors, as JSON");
 }
 
-ExitStatus Run(int argc, char** argv) {
-  GlobalOptions global;
+void Run(int argc, char** argv, GlobalOptions& global) {
   CLI::App app("Looks at and changes the data of the download service.", "dorvdlctl");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.formatter(std::make_shared<HelpFormatter>());
@@ -67,17 +82,29 @@ ExitStatus Run(int argc, char** argv) {
   } catch (const CLI::RequiredError& error) {
     // Mostly because what was given instead has a typing mistake.
     const std::vector<std::string> unknown = app.remaining(true);
-    return ComplainAboutUsage(unknown.empty() ? error.what()
-                                              : "not understood: " + unknown.front());
+    throw WrongUsage(unknown.empty() ? error.what() : "not understood: " + unknown.front());
   } catch (const CLI::ParseError& error) {
-    return ComplainAboutUsage(error.what());
-  } catch (const WrongUsage& error) {
-    return ComplainAboutUsage(error.what());
+    throw WrongUsage(error.what());
   }
   if (!std::cout.flush()) {
     throw Failure("the output could not be written");
   }
-  return kDone;
+}
+
+// Runs the tool; throws Failure.
+void RunToEnd(int argc, char** argv, GlobalOptions& global) {
+  try {
+    UseUtf8();
+    Run(argc, argv, global);
+  } catch (const Failure&) {
+    throw;
+  } catch (const soci::soci_error& error) {
+    throw Failure(std::string("a row cannot be read: ") + error.what());
+  } catch (const std::bad_cast&) {
+    throw Failure("a row cannot be read: a column is of another type than the schema's");
+  } catch (const std::exception& error) {
+    throw Failure(error.what());
+  }
 }
 
 }  // namespace
@@ -85,11 +112,11 @@ ExitStatus Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   using namespace dorvdl::ctl;
+  GlobalOptions global;
   try {
-    UseUtf8();
-    return Run(argc, argv);
-  } catch (const std::exception& error) {
-    Complain(error.what());
-    return kFailed;
+    RunToEnd(argc, argv, global);
+    return kDone;
+  } catch (const Failure& failure) {
+    return Complain(failure, global.json || AskForJson(argc, argv));
   }
 }

@@ -1,5 +1,4 @@
-#include <dorvdl/control/option/rss_feed.h>
-#include <dorvdl/db/rss_feed.h>
+#include <dorvdl/control/rss_feed_control.h>
 
 #include "groups.h"
 #include "help.h"
@@ -10,20 +9,16 @@ namespace dorvdl::ctl {
 namespace {
 
 using control::option::rss_feed::ListOption;
-using FeedKind = Kind<db::RssFeed, ListOption>;
+using FeedKind = Kind<control::RssFeedControl, ListOption>;
 
 void AddCriteria(CLI::App& command, ListOption& option) {
   AddTextCriterion(command, "--url", "Only feeds with exactly this address", option.url)
       .type_name("URL");
 }
 
-void GiveOwner(record::RssFeed& feed, const GlobalOptions& global) {
-  record::proto::RssFeed& message = feed.mutable_proto();
-  if (message.has_username() != global.user.empty()) {
+void RequireOwner(record::RssFeed& feed, const GlobalOptions& global) {
+  if (feed.proto().has_username() != global.user.empty()) {
     throw WrongUsage("a new feed needs one owner: give either --user or username=NAME");
-  }
-  if (!message.has_username()) {
-    message.set_username(global.user);
   }
 }
 
@@ -36,7 +31,7 @@ const FeedKind& Feeds() {
     kind.listed = {"id", "username", "title", "url", "last_update", "is_updating"};
     kind.shrinking = "url";
     kind.add_criteria = &AddCriteria;
-    kind.complete = &GiveOwner;
+    kind.complete = &RequireOwner;
     kind.notes = {{"last_update", "seconds since 1970"}};
     kind.help.list = {"", {"--user alice feed list --sort-by title"}};
     kind.help.show = {"", {"feed show 3 --json"}};

@@ -1,5 +1,4 @@
-#include <dorvdl/control/option/rss_filter.h>
-#include <dorvdl/db/rss_filter.h>
+#include <dorvdl/control/rss_filter_control.h>
 
 #include "filter/test.h"
 #include "groups.h"
@@ -10,7 +9,7 @@ namespace dorvdl::ctl {
 namespace {
 
 using control::option::rss_filter::ListOption;
-using FilterKind = Kind<db::RssFilter, ListOption>;
+using FilterKind = Kind<control::RssFilterControl, ListOption>;
 
 void AddCriteria(CLI::App& command, ListOption& option) {
   AddNumberCriterion(command, "--feed", "Only filters of the feed with this id", 1, option.feed_id)

@@ -1,6 +1,6 @@
 #include "filter/test.h"
 
-#include <dorvdl/db/rss_filter.h>
+#include <dorvdl/control/rss_filter_control.h>
 
 #include <boost/algorithm/string/replace.hpp>
 #include <iostream>
@@ -9,7 +9,6 @@
 
 #include "argument.h"
 #include "help.h"
-#include "outcome.h"
 #include "record/print.h"
 #include "work.h"
 
@@ -30,11 +29,11 @@ std::string Literal(const std::string& text) {
 
 void Test(const Arguments& arguments, const GlobalOptions& global) {
   Work work(global);
-  auto filters = work.Use<db::RssFilter>();
+  auto filters = work.Use<control::RssFilterControl>();
   const std::string subject = Literal(arguments.text);
   const bool matches = arguments.regex ? filters.TestRegexp(subject, arguments.pattern)
                                        : filters.TestLike(subject, arguments.pattern);
-  work.Commit(kPatternFailed);
+  work.Commit();
   if (global.json) {
     PrintJson(matches);
   } else {

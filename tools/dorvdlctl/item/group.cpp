@@ -14,12 +14,12 @@ using Operation = void (*)(Work& work, std::int32_t feed_id);
 
 void MarkAll(Work& work, std::int32_t feed_id, bool is_new) {
   RequireParent(work, FeedParent(), feed_id);
-  work.Use<db::RssItem>().UpdateAllNew(feed_id, is_new);
+  work.Use<control::RssItemControl>().UpdateAllNew(feed_id, is_new);
 }
 
 void Clear(Work& work, std::int32_t feed_id) {
   RequireOwnParent(work, FeedParent(), feed_id);
-  work.Use<db::RssItem>().DeleteByFeedId(feed_id);
+  work.Use<control::RssItemControl>().DeleteByFeedId(feed_id);
 }
 
 // A command on all items of a feed.

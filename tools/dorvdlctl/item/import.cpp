@@ -70,9 +70,9 @@ void Import(const Arguments& arguments, const GlobalOptions& global) {
   std::vector<record::RssItem> items = ReadItems(arguments);
   Work work(global);
   RequireParent(work, FeedParent(), arguments.feed_id);
-  auto table = work.Use<db::RssItem>();
+  auto control = work.Use<control::RssItemControl>();
   for (record::RssItem& item : items) {
-    if (!table.Create(item)) {
+    if (!control.Create(item)) {
       break;  // the commit complains
     }
   }

@@ -39,13 +39,6 @@ void AddCriteria(CLI::App& command, ListOption& option) {
       .type_name("EPOCH");
 }
 
-// The database alone tells whether a pattern is one.
-const char* ListComplaint(const ListOption& option) {
-  const bool has_pattern =
-      option.title_like || option.title_not_like || option.title_regex || option.title_not_regex;
-  return has_pattern ? kPatternFailed : kOperationFailed;
-}
-
 }  // namespace
 
 const ItemKind& Items() {
@@ -58,7 +51,6 @@ const ItemKind& Items() {
     kind.shrinking = "title";
     kind.parent = &FeedParent();
     kind.add_criteria = &AddCriteria;
-    kind.list_complaint = &ListComplaint;
     kind.notes = {{"date", "seconds since 1970"}, {"size", "bytes"}};
     kind.help.list = {"An item is listed when it meets all criteria.",
                       {"item list --feed 3 --new --sort-by date --descending --limit 20",

@@ -2,14 +2,13 @@
 #ifndef DORVDLCTL_ITEM_KIND_H_
 #define DORVDLCTL_ITEM_KIND_H_
 
-#include <dorvdl/control/option/rss_item.h>
-#include <dorvdl/db/rss_item.h>
+#include <dorvdl/control/rss_item_control.h>
 
 #include "record/kind.h"
 
 namespace dorvdl::ctl {
 
-using ItemKind = Kind<db::RssItem, control::option::rss_item::ListOption>;
+using ItemKind = Kind<control::RssItemControl, control::option::rss_item::ListOption>;
 
 const ItemKind& Items();
 

@@ -1,17 +1,16 @@
-#include <dorvdl/db/notification.h>
+#include <dorvdl/control/notification_control.h>
 
 #include <memory>
 
 #include "groups.h"
 #include "help.h"
 #include "notification/inbox.h"
-#include "outcome.h"
 #include "record/commands.h"
 
 namespace dorvdl::ctl {
 namespace {
 
-using NotificationKind = Kind<db::Notification>;
+using NotificationKind = Kind<control::NotificationControl>;
 
 const NotificationKind& Notifications() {
   static const NotificationKind notifications = [] {
@@ -33,11 +32,8 @@ const NotificationKind& Notifications() {
 }
 
 void ClearUntil(std::int32_t id, const GlobalOptions& global) {
-  if (!global.user.empty()) {
-    throw WrongUsage("clear-until reaches the notifications of all users: leave out --user");
-  }
   Work work(global);
-  work.Use<db::Notification>().DeleteEarlierThan(id);
+  work.Use<control::NotificationControl>().DeleteEarlierThan(id);
   work.Commit();
 }
 
@@ -46,8 +42,9 @@ void AddClearUntil(CLI::App& group, const GlobalOptions& global) {
   CLI::App& command =
       *group.add_subcommand("clear-until", "Remove all notifications up to and with one");
   AddKey(command, Notifications(), *id);
-  command.footer(Footer({"Removes every notification, of all users, whose id is ID or less.",
-                         {"notification clear-until 9"}}));
+  command.footer(Footer(
+      {"Removes every notification whose id is ID or less; without --user those of all users.",
+       {"--user alice notification clear-until 9"}}));
   command.callback([id, &global] { ClearUntil(*id, global); });
 }
 
@@ -57,7 +54,7 @@ void AddNotificationCommands(CLI::App& app, const GlobalOptions& global) {
   CLI::App& group = AddRecordGroup(app, Notifications(), global);
   AddFixedList(group, Notifications(), global, "view",
                "List the notifications as their deliverer reads them",
-               [](Work& work) { return work.Use<db::Notification>().ListFromView(); })
+               &control::NotificationControl::ListFromView)
       .footer(Footer({"Lists the view notification_view, which a deployment may define for itself.",
                       {"notification view"}}));
   AddClearUntil(group, global);

@@ -1,4 +1,4 @@
-#include <dorvdl/db/task_plugin.h>
+#include <dorvdl/control/plugin_control.h>
 
 #include <algorithm>
 #include <iterator>
@@ -14,7 +14,7 @@
 namespace dorvdl::ctl {
 namespace {
 
-using PluginKind = Kind<db::TaskPlugin>;
+using PluginKind = Kind<control::PluginControl>;
 
 Json::Value PluginToJson(const record::Plugin& plugin) {
   Json::Value json = MessageToJson(plugin.proto());
@@ -66,7 +66,7 @@ const PluginKind& Plugins() {
 void AddPluginCommands(CLI::App& app, const GlobalOptions& global) {
   CLI::App& group = AddRecordGroup(app, Plugins(), global);
   AddFixedList(group, Plugins(), global, "active", "List the plug-ins that are running (pid > 0)",
-               [](Work& work) { return work.Use<db::TaskPlugin>().ListActivePlugin(); })
+               &control::PluginControl::ListActivePlugin)
       .footer(Footer({"", {"plugin active"}}));
 }
 

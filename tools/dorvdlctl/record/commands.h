@@ -49,15 +49,15 @@ void AddList(CLI::App& group, const KindType& kind, const GlobalOptions& global)
   });
 }
 
-// Adds a list that takes no options: what @p list returns, as far as the acting user may see it.
+// Adds a list that takes no options: what @p list returns.
 template <typename KindType>
 CLI::App& AddFixedList(CLI::App& group, const KindType& kind, const GlobalOptions& global,
                        const std::string& name, const std::string& description,
-                       std::vector<typename KindType::Record> (*list)(Work& work)) {
+                       std::vector<typename KindType::Record> (KindType::Control::*list)()) {
   CLI::App& command = *group.add_subcommand(name, description);
   command.callback([list, &kind, &global] {
     Work work(global);
-    const auto records = KeepOwn(work, *kind.parent, list(work));
+    const auto records = (work.Use<typename KindType::Control>().*list)();
     work.Commit();
     Print(kind, records, global);
   });

@@ -4,12 +4,12 @@
 #define DORVDLCTL_RECORD_KIND_H_
 
 #include <dorvdl/control/option/common.h>
-#include <dorvdl/db/operator.h>
 
 #include <CLI/CLI.hpp>
 #include <cstdint>
 #include <map>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -19,12 +19,11 @@
 #include "record/parent.h"
 #include "rendering/message_json.h"
 #include "rendering/record_view.h"
-#include "work.h"
 
 namespace dorvdl::ctl {
 
-// What does not depend on the table's accessor. The key's column and what may be assigned are those
-// of the base.
+// What does not depend on the control. The key's column and what may be assigned are those of the
+// base.
 struct Description : Assignable {
   std::string title;                         // of the group of commands, in the help
   std::string key_label = "ID";              // what stands for the key in the help
@@ -43,19 +42,18 @@ struct Description : Assignable {
   const std::string& GroupName() const { return group.empty() ? noun : group; }
 };
 
-template <typename Record>
-Record RecordIn(const db::DBOperator<Record>&);
-
-// @tparam TableAccessor  the table's accessor.
-// @tparam Criteria       the list option that its List() takes; the common one for a table without
-//                        criteria.
-template <typename TableAccessor, typename Criteria = control::option::common::ListOption,
+// @tparam ControlType  the kind's control.
+// @tparam Criteria     the list option that its List() takes; the common one for a control without
+//                      criteria, which has ListAll() instead.
+template <typename ControlType, typename Criteria = control::option::common::ListOption,
           typename KeyType = std::int32_t>
 struct Kind : Description {
-  using Accessor = TableAccessor;
+  using Control = ControlType;
   using Option = Criteria;
   using Key = KeyType;
-  using Record = decltype(RecordIn(std::declval<Accessor&>()));
+  using Record = decltype(std::declval<Control&>().Get(std::declval<Key>()));
+
+  static constexpr bool kHasCriteria = !std::is_same_v<Option, control::option::common::ListOption>;
 
   Kind() { columns = ColumnsOf(*Record().proto().GetDescriptor()); }
 
@@ -65,10 +63,6 @@ struct Kind : Description {
   };
   // Adds options to `list` that say which records are wanted; may be null.
   void (*add_criteria)(CLI::App& command, Option& option) = nullptr;
-  // The complaint when `list` fails with these criteria.
-  const char* (*list_complaint)(const Option& option) = [](const Option&) {
-    return kOperationFailed;
-  };
   // Adds to a new record what the command line leaves open. Throws WrongUsage; may be null.
   void (*complete)(Record& record, const GlobalOptions& global) = nullptr;
   // The table for people, where it has more to it than the columns listed; the owners stand in it

@@ -20,7 +20,7 @@ Failure Missing(const std::string& noun, const std::vector<Key>& keys, const std
   for (std::size_t i = 0; i < keys.size(); ++i) {
     message.append(i == 0 ? "" : ", ").append(KeyText(keys[i]));
   }
-  return Failure(user.empty() ? message : message + " of user " + user);
+  return Failure(user.empty() ? message : message + " of user " + user, Reason::kNotFound);
 }
 
 }  // namespace dorvdl::ctl

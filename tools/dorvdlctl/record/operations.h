@@ -18,26 +18,24 @@ namespace dorvdl::ctl {
 
 // Lists the rows that meet @p option, or tells their number.
 template <typename KindType>
-void List(const KindType& kind, typename KindType::Option& option, bool count_only,
+void List(const KindType& kind, const typename KindType::Option& option, bool count_only,
           const GlobalOptions& global) {
   Work work(global);
-  Rows rows(work, kind);
-  const char* const complaint = kind.list_complaint(option);
   if (count_only) {
-    const int count = rows.Count(option);
-    work.Commit(complaint);
+    const int count = CountRows(work, kind, option);
+    work.Commit();
     std::cout << count << '\n';
     return;
   }
-  const auto records = rows.List(option);
-  work.Commit(complaint);
+  const auto records = ListRows(work, kind, option);
+  work.Commit();
   Print(kind, records, global);
 }
 
 template <typename KindType>
 void Show(const KindType& kind, const typename KindType::Key& key, const GlobalOptions& global) {
   Work work(global);
-  const auto record = Rows(work, kind).GetExisting(key);
+  const auto record = GetExisting(work, kind, key);
   work.Commit();
   Print(kind, record, global);
 }
@@ -47,14 +45,13 @@ template <typename KindType>
 void Change(const KindType& kind, const typename KindType::Key& key,
             const typename KindType::Record& changes, const GlobalOptions& global) {
   Work work(global);
-  Rows rows(work, kind);
-  rows.GetExisting(key);
+  GetExisting(work, kind, key);
   // A key that names the parent does not change: there the parent may be gone.
   if (kind.parent != nullptr && kind.parent->column != kind.key &&
       NamesParent(*kind.parent, changes.proto())) {
     RequireParent(work, *kind.parent, ParentOf(*kind.parent, changes.proto()));
   }
-  rows.Update(changes);
+  work.Use<typename KindType::Control>().Update(changes);
   work.Commit();
 }
 
@@ -66,11 +63,10 @@ void Insert(const KindType& kind, const typename KindType::Key& key,
   if (kind.parent != nullptr) {
     RequireParent(work, *kind.parent, ParentOf(*kind.parent, record.proto()));
   }
-  Rows rows(work, kind);
-  if (kind.key_is_given && rows.Get(key).IsValid()) {
+  if (kind.key_is_given && GetRow(work, kind, key).IsValid()) {
     throw Failure(kind.noun + " " + KeyText(key) + " exists already");
   }
-  rows.Create(record);
+  work.Use<typename KindType::Control>().Create(record);
   work.Commit();
   if (global.json) {
     Print(kind, record, global);
@@ -84,14 +80,13 @@ void Remove(const KindType& kind, const std::vector<typename KindType::Key>& key
             const GlobalOptions& global) {
   using Keys = std::vector<typename KindType::Key>;
   Work work(global);
-  Rows rows(work, kind);
   Keys found;
   Keys missing;
   for (const auto& key : keys) {
-    (rows.Get(key).IsValid() ? found : missing).push_back(key);
+    (GetRow(work, kind, key).IsValid() ? found : missing).push_back(key);
   }
   if (!found.empty()) {
-    rows.Delete(found);
+    work.Use<typename KindType::Control>().Delete(found);
   }
   work.Commit();
   if (!missing.empty()) {

@@ -1,45 +1,29 @@
 #include "record/parent.h"
 
-#include <dorvdl/db/download_queue.h>
-#include <dorvdl/db/rss_feed.h>
+#include <dorvdl/control/rss_feed_control.h>
+#include <dorvdl/control/task_control.h>
+
+#include <vector>
 
 #include "record/missing.h"
 
 namespace dorvdl::ctl {
 namespace {
 
-using dorvdbquery::Condition;
-
-template <typename Accessor>
+template <typename Control>
 bool Exists(Work& work, std::int32_t id) {
-  return work.Use<Accessor>().Get(id).IsValid();
-}
-
-std::vector<int> FeedIds(Work& work) { return work.Use<db::RssFeed>().ListId({}); }
-
-std::vector<int> TaskIds(Work& work) {
-  auto tasks = work.Use<db::DownloadQueue>();
-  int id = 0;
-  dorvdbquery::SelectQuery query(work.session(), tasks.GetTableName());
-  query.SelectField<int>(tasks.GetPrimaryKeyName(), id);
-  query.Where(tasks.GetUserCondition());
-  std::vector<int> ids;
-  query.ExecuteWithoutPreFetch();  // a failure leaves no rows, and makes the commit fail
-  while (query.Fetch()) {
-    ids.push_back(id);
-  }
-  return ids;
+  return work.Use<Control>().Get(id).IsValid();
 }
 
 }  // namespace
 
 const Parent& FeedParent() {
-  static const Parent parent = {"feed", "feed_id", &Exists<db::RssFeed>, &FeedIds};
+  static const Parent parent = {"feed", "feed_id", &Exists<control::RssFeedControl>};
   return parent;
 }
 
 const Parent& TaskParent() {
-  static const Parent parent = {"task", "task_id", &Exists<db::DownloadQueue>, &TaskIds};
+  static const Parent parent = {"task", "task_id", &Exists<control::TaskControl>};
   return parent;
 }
 
@@ -64,11 +48,6 @@ bool NamesParent(const Parent& parent, const google::protobuf::Message& message)
 std::int32_t ParentOf(const Parent& parent, const google::protobuf::Message& message) {
   const auto* const field = message.GetDescriptor()->FindFieldByName(parent.column);
   return message.GetReflection()->GetInt32(message, field);
-}
-
-Condition BelongsToOwn(Work& work, const Parent& parent) {
-  return work.user().empty() ? Condition::Null()
-                             : Condition::In<int>(parent.column, parent.ids(work));
 }
 
 }  // namespace dorvdl::ctl

@@ -1,10 +1,8 @@
-// The rows of a table that the acting user may reach.
+// Reading the rows that the acting user may reach: one shape for all kinds of records. Failures are
+// left for the work's commit to tell.
 #ifndef DORVDLCTL_RECORD_ROWS_H_
 #define DORVDLCTL_RECORD_ROWS_H_
 
-#include <dorvdl/dbquery/condition.h>
-
-#include <type_traits>
 #include <vector>
 
 #include "record/kind.h"
@@ -23,94 +21,44 @@ control::option::common::ListOption& CommonPart(Option& option) {
   return option.common;
 }
 
-// One shape for all tables: those of users restrict themselves, and the others are restricted to
-// what belongs to the user's feeds or tasks. Failures are left for the work's commit to tell.
 template <typename KindType>
-class Rows {
- public:
-  using Accessor = typename KindType::Accessor;
-  using Key = typename KindType::Key;
-  using Option = typename KindType::Option;
-  using Record = typename KindType::Record;
-
-  Rows(Work& work, const KindType& kind)
-      : work_(work), kind_(kind), table_(work.Use<Accessor>()), scope_(ScopeOf(work, kind)) {}
-
-  Record Get(const Key& key) {
-    if constexpr (kActsForUser<Accessor>) {
-      return table_.Get(key);
-    } else {
-      return generic().Get(key, scope_);
-    }
+std::vector<typename KindType::Record> ListRows(Work& work, const KindType& /*kind*/,
+                                                const typename KindType::Option& option) {
+  auto control = work.Use<typename KindType::Control>();
+  if constexpr (KindType::kHasCriteria) {
+    return control.List(option);
+  } else {
+    return control.ListAll(option);
   }
+}
 
-  // The record; throws Failure when there is none.
-  Record GetExisting(const Key& key) {
-    Record record = Get(key);
-    if (!record.IsValid()) {
-      work_.Commit();  // complains when the reading failed
-      throw Missing(kind_.noun, std::vector<Key>{key}, work_.user());
-    }
-    return record;
+template <typename KindType>
+int CountRows(Work& work, const KindType& /*kind*/, const typename KindType::Option& option) {
+  auto control = work.Use<typename KindType::Control>();
+  if constexpr (KindType::kHasCriteria) {
+    return control.Count(option);
+  } else {
+    return control.Count();
   }
+}
 
-  std::vector<Record> List(Option& option) {
-    if constexpr (kActsForUser<Accessor>) {
-      return table_.List(option);
-    } else {
-      return generic().List(CommonPart(option), ConditionOf(option) && scope_);
-    }
+template <typename KindType>
+typename KindType::Record GetRow(Work& work, const KindType& /*kind*/,
+                                 const typename KindType::Key& key) {
+  return work.Use<typename KindType::Control>().Get(key);
+}
+
+// The record; throws Failure when there is none.
+template <typename KindType>
+typename KindType::Record GetExisting(Work& work, const KindType& kind,
+                                      const typename KindType::Key& key) {
+  auto record = GetRow(work, kind, key);
+  if (!record.IsValid()) {
+    work.Commit();  // complains when the reading failed
+    throw Missing(kind.noun, std::vector{key}, work.user());
   }
-
-  int Count(const Option& option) {
-    if constexpr (kActsForUser<Accessor>) {
-      return table_.Count(option);
-    } else {
-      return generic().Count(ConditionOf(option) && scope_);
-    }
-  }
-
-  void Create(Record& record) { table_.Create(record); }
-
-  void Update(const Record& changes) {
-    if constexpr (kActsForUser<Accessor>) {
-      table_.Update(changes);
-    } else {
-      generic().Update(changes, scope_);
-    }
-  }
-
-  void Delete(const std::vector<Key>& keys) {
-    if constexpr (kActsForUser<Accessor>) {
-      table_.Delete(keys);
-    } else {
-      generic().Delete(keys, scope_);
-    }
-  }
-
- private:
-  using Condition = dorvdbquery::Condition;
-
-  // The operations that take a condition, which the accessor may hide.
-  db::DBOperator<Record>& generic() { return table_; }
-
-  static Condition ScopeOf(Work& work, const KindType& kind) {
-    return kind.parent == nullptr ? Condition::Null() : BelongsToOwn(work, *kind.parent);
-  }
-
-  Condition ConditionOf(const Option& option) {
-    if constexpr (std::is_same_v<Option, control::option::common::ListOption>) {
-      return Condition::Null();
-    } else {
-      return table_.GetCondition(option);
-    }
-  }
-
-  Work& work_;
-  const KindType& kind_;
-  Accessor table_;
-  const Condition scope_;
-};
+  return record;
+}
 
 }  // namespace dorvdl::ctl
 

@@ -7,12 +7,12 @@ namespace dorvdl::ctl {
 
 using control::option::common::ListOption;
 
-SettingTable::SettingTable(db::DBSession& session, const std::string& user)
-    : DBOperator(session), user_(user) {}
+SettingTable::SettingTable(control::Controller& controller)
+    : DBOperator(controller.db_session()), user_(controller.username()) {}
 
-int SettingTable::Count(const ListOption& /*option*/) { return DBOperator::Count(IsOwn()); }
+int SettingTable::Count() { return DBOperator::Count(IsOwn()); }
 
-std::vector<record::UserSetting> SettingTable::List(const ListOption& option) {
+std::vector<record::UserSetting> SettingTable::ListAll(const ListOption& option) {
   return DBOperator::List(option, IsOwn());
 }
 

@@ -2,6 +2,7 @@
 #ifndef DORVDLCTL_SETTING_TABLE_H_
 #define DORVDLCTL_SETTING_TABLE_H_
 
+#include <dorvdl/control/controller.h>
 #include <dorvdl/db/operator.h>
 #include <dorvdl/record/user_setting.h>
 
@@ -11,17 +12,17 @@
 namespace dorvdl::ctl {
 
 // The settings as one user sees them: their own, or everybody's for an empty user name. The key is
-// a text, so the operations of the base that take a number are replaced.
+// a text, so the operations of the base that take a number are replaced; the operations have the
+// shape of a control's.
 class SettingTable : public db::DBOperator<record::UserSetting> {
  public:
-  // @p user  not copied.
-  SettingTable(db::DBSession& session, const std::string& user);
+  explicit SettingTable(control::Controller& controller);
 
   const char* GetTableName() override { return "user_setting"; }
   const char* GetPrimaryKeyName() override { return "username"; }
 
-  int Count(const control::option::common::ListOption& option);
-  std::vector<record::UserSetting> List(const control::option::common::ListOption& option);
+  int Count();
+  std::vector<record::UserSetting> ListAll(const control::option::common::ListOption& option);
   record::UserSetting Get(const std::string& username);
   bool Create(const record::UserSetting& setting);
   bool Update(const record::UserSetting& setting);

@@ -25,13 +25,12 @@ struct Arguments {
   bool paused = false;
 };
 
-std::vector<NewTask> NewTasks(const Arguments& arguments, const GlobalOptions& global) {
+std::vector<NewTask> NewTasks(const Arguments& arguments) {
   const std::string password =
       arguments.password_file.empty() ? "" : ReadPassword(arguments.password_file);
   std::vector<NewTask> created;
   for (const std::string& source : arguments.sources) {
     record::proto::Task& message = created.emplace_back(TaskFrom(source)).task.mutable_proto();
-    message.set_username(global.user);
     message.set_status(arguments.paused ? record::kStatusPaused : record::kStatusWaiting);
     message.set_created_time(static_cast<int>(std::time(nullptr)));
     if (!arguments.destination.empty()) {
@@ -67,15 +66,15 @@ void Add(const Arguments& arguments, const GlobalOptions& global) {
   if (!arguments.filename.empty() && arguments.sources.size() > 1) {
     throw WrongUsage("--filename names one task, not several");
   }
-  std::vector<NewTask> created = NewTasks(arguments, global);
+  std::vector<NewTask> created = NewTasks(arguments);
   Work work(global);
-  auto tasks = work.Use<db::DownloadQueue>();
+  auto tasks = work.Use<control::TaskControl>();
   for (NewTask& one : created) {
     if (!tasks.Create(one.task, one.source_path)) {
-      throw Failure("no task was added; details are in the system log");
+      break;  // the commit complains
     }
   }
-  work.Commit();
+  work.Commit("no task was added");
   Print(created, global);
 }
 

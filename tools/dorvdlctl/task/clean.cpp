@@ -19,9 +19,8 @@ namespace {
 // Throws Failure when one of the tasks is not the acting user's.
 void RequireOwn(const std::vector<std::int32_t>& ids, const GlobalOptions& global) {
   Work work(global);
-  Rows tasks(work, Tasks());
   for (const std::int32_t id : ids) {
-    tasks.GetExisting(id);
+    GetExisting(work, Tasks(), id);
   }
   work.Commit();
 }

@@ -2,14 +2,13 @@
 #ifndef DORVDLCTL_TASK_KIND_H_
 #define DORVDLCTL_TASK_KIND_H_
 
-#include <dorvdl/control/option/task.h>
-#include <dorvdl/db/download_queue.h>
+#include <dorvdl/control/task_control.h>
 
 #include "record/kind.h"
 
 namespace dorvdl::ctl {
 
-using TaskKind = Kind<db::DownloadQueue, control::option::task::ListOption>;
+using TaskKind = Kind<control::TaskControl, control::option::task::ListOption>;
 
 const TaskKind& Tasks();
 

@@ -28,7 +28,7 @@ struct Arguments {
 
 void Notify(const Arguments& arguments, const GlobalOptions& global) {
   Work work(global);
-  const record::Task task = Rows(work, Tasks()).GetExisting(arguments.id);
+  const record::Task task = GetExisting(work, Tasks(), arguments.id);
   work.Commit();
   const Send send = kEvents.at(arguments.event);
   if (!(task.*send)(task.proto().created_time())) {

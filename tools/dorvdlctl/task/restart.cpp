@@ -35,7 +35,7 @@ struct Restarted {
 // task that exists.
 struct Captcha : control::CaptchaControl, Restarted {
   using CaptchaControl::CaptchaControl;
-  static constexpr char kComplaint[] = " could not be restarted; details are in the system log";
+  static constexpr char kComplaint[] = " could not be restarted";
   bool RestartOne(int id) { return RestartCaptchaTask(id); }
   void RestartAll() { RestartAllCaptchaTask(); }
   bool RestartCaptchaTask(int id) override {
@@ -61,9 +61,9 @@ struct Arguments {
 template <typename Restart>
 void RestartOne(std::int32_t id, const GlobalOptions& global) {
   Work work(global);
-  control::Controller controller = work.NewController();
-  if (!Restart(controller).RestartOne(id)) {
-    Rows(work, Tasks()).GetExisting(id);
+  if (!work.Use<Restart>().RestartOne(id)) {
+    GetExisting(work, Tasks(), id);
+    work.Commit();  // complains when the restart failed
     throw Failure("task " + std::to_string(id) + Restart::kComplaint);
   }
   work.Commit();
@@ -72,8 +72,7 @@ void RestartOne(std::int32_t id, const GlobalOptions& global) {
 template <typename Restart>
 void RestartAll(const GlobalOptions& global) {
   Work work(global);
-  control::Controller controller = work.NewController();
-  Restart restart(controller);
+  auto restart = work.Use<Restart>();
   restart.RestartAll();
   work.Commit();
   PrintNumbers(restart.ids, global);

@@ -17,24 +17,29 @@ struct Arguments {
   std::string path;
 };
 
+// Ends the work; throws Failure with @p complaint unless it @p is_done. (An empty path is no
+// failure to the library.)
+void End(Work& work, bool is_done, const std::string& complaint) {
+  work.Commit(is_done ? "" : complaint);
+  if (!is_done) {
+    throw Failure(complaint);
+  }
+}
+
 void Import(const Arguments& arguments, const GlobalOptions& global) {
   Work work(global);
-  Rows(work, Tasks()).GetExisting(arguments.id);
-  if (!work.Use<db::DownloadQueue>().LoImport(arguments.id, arguments.path)) {
-    throw Failure(arguments.path + " could not be stored; details are in the system log");
-  }
-  work.Commit();
+  GetExisting(work, Tasks(), arguments.id);
+  const bool is_stored = work.Use<control::TaskControl>().LoImport(arguments.id, arguments.path);
+  End(work, is_stored, arguments.path + " could not be stored");
 }
 
 void Export(const Arguments& arguments, const GlobalOptions& global) {
   Work work(global);
-  if (Rows(work, Tasks()).GetExisting(arguments.id).proto().file_oid() == 0) {
+  if (GetExisting(work, Tasks(), arguments.id).proto().file_oid() == 0) {
     throw Failure("no file is stored with task " + std::to_string(arguments.id));
   }
-  if (!work.Use<db::DownloadQueue>().LoExport(arguments.id, arguments.path)) {
-    throw Failure(arguments.path + " could not be written; details are in the system log");
-  }
-  work.Commit();
+  const bool is_written = work.Use<control::TaskControl>().LoExport(arguments.id, arguments.path);
+  End(work, is_written, arguments.path + " could not be written");
 }
 
 void AddSourceFileCommand(CLI::App& group, const GlobalOptions& global, const char* name,

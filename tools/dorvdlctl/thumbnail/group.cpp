@@ -1,5 +1,4 @@
-#include <dorvdl/control/option/thumbnail.h>
-#include <dorvdl/db/thumbnail.h>
+#include <dorvdl/control/thumbnail_control.h>
 
 #include <algorithm>
 #include <memory>
@@ -13,7 +12,7 @@ namespace dorvdl::ctl {
 namespace {
 
 using control::option::thumbnail::ListOption;
-using ThumbnailKind = Kind<db::Thumbnail, ListOption>;
+using ThumbnailKind = Kind<control::ThumbnailControl, ListOption>;
 
 void AddCriteria(CLI::App& command, ListOption& option) {
   AddNumberCriterion(command, "--task", "Only thumbnails of the task with this id", 1,
@@ -49,7 +48,7 @@ const ThumbnailKind& Thumbnails() {
 void PrintFiles(std::int32_t task_id, const GlobalOptions& global) {
   Work work(global);
   RequireOwnParent(work, TaskParent(), task_id);
-  std::vector<int> indexes = work.Use<db::Thumbnail>().ListFileIndexByTaskID(task_id);
+  std::vector<int> indexes = work.Use<control::ThumbnailControl>().ListFileIndexByTaskID(task_id);
   work.Commit();
   std::sort(indexes.begin(), indexes.end());
   PrintNumbers(indexes, global);
