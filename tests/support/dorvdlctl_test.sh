@@ -58,5 +58,5 @@ help_of() {
   expect_contains "$output" "Usage: dorvdlctl $* [OPTIONS]"
   expect_contains "$output" "Example"
   [[ ! $output =~ [^$'\n']{81} ]] || fail "wider than 80 columns: ${BASH_REMATCH[0]}"
-  expect_contains "$output" "Every command also takes --user NAME and --json"
+  expect_contains "$output" "Every command also takes --user NAME, --json, --verbose"
 }

@@ -158,6 +158,26 @@ test_values_are_never_in_a_message() {
   [[ $messages != *secret1* ]] || fail "printed: $messages"
   refused 1 'the database operation failed: ' --user alice feed add title=3
   expect_contains "$messages" 'violates check constraint "rss_feed_title_check" (23514)'
+  expect_run 1 --verbose --user alice feed add title=secret1
+  [[ $messages != *secret1* ]] || fail "printed: $messages"
+}
+
+test_verbose_shows_what_is_logged() {
+  query 'ALTER TABLE rss_feed RENAME TO other'
+  expect_run 1 feed list
+  expect_equal "$(wc -l <<<"$messages")" 1
+  local options
+  for options in '--verbose feed list' 'feed list --verbose'; do
+    # shellcheck disable=SC2086  # words of a command
+    expect_run 1 $options
+    expect_equal "$output" ''
+    expect_contains "$messages" 'dorvdlctl: dbquery/query:'
+    expect_contains "$messages" '[42P01] relation "rss_feed" does not exist: SELECT * FROM "rss_feed"'
+    expect_equal "${messages##*$'\n'}" \
+      'dorvdlctl: the database operation failed: relation "rss_feed" does not exist (42P01)'
+  done
+  expect_run 1 --verbose --json feed list
+  messages=${messages##*$'\n'} tells_programs server 42P01
 }
 
 test_programs_are_told_why() {

@@ -107,6 +107,8 @@ test_a_notification_that_cannot_be_sent_is_a_failure() {
   some_tasks
   query "INSERT INTO download_queue (username) VALUES ('mallory')"
   refused 1 'the notification was not sent' task notify 3 complete
+  expect_run 1 --verbose task notify 3 complete
+  expect_contains "$messages" 'dorvdlctl: record/task:'
   refused 3 'no task 1 of user bob' --user bob task notify 1 complete
   refused 2 '' task notify 1 finished
   rm -r /usr/dorv/dorvman

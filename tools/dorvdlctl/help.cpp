@@ -13,7 +13,8 @@ constexpr char kForAllCommands[] =
 
 The server is found through libpq's environment (PGHOST, PGPORT, PGSERVICE ...);
 the role is Tarnwick, the database download. Data goes to the standard output,
-messages to the standard error, and what the library logs to the system log.
+messages to the standard error. What the library logs goes to the system log,
+and with --verbose to the standard error, too.
 
 Exit status:
   0  done
@@ -23,7 +24,7 @@ Exit status:
   4  refused by the library: no such thing may be written, or not by this user
   5  the server cannot be reached, or the connection was lost
 
-With --json an object on the standard error tells why, in one line:
+With --json the last line on the standard error is then an object:
   {"error":{"kind":"server","message":"...","sqlstate":"42P01"}}
 The kind is not-found, refused, unreachable, usage, server, retry (refused by
 the server, and worth another try) or failed; sqlstate is the server's code, if
@@ -66,7 +67,7 @@ std::string HelpFormatter::make_footer(const CLI::App* app) const {
     return kForAllCommands;
   }
   return app->get_footer() + (app->get_footer().empty() ? "" : "\n\n") +
-         "Every command also takes --user NAME and --json; see dorvdlctl --help.\n";
+         "Every command also takes --user NAME, --json, --verbose; see dorvdlctl --help.\n";
 }
 
 }  // namespace dorvdl::ctl

@@ -1,6 +1,7 @@
 // dorvdlctl: the data of the download service at the command line. Each group of commands adds
 // itself to the application; a command is a callback that throws when it fails (outcome.h).
 #include <soci/error.h>
+#include <syslog.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -55,6 +56,9 @@ void AddGlobalOptions(CLI::App& app, GlobalOptions& global) {
       })
       ->check(Utf8Text());
   app.add_flag("--json", global.json, "Print data, and errors, as JSON");
+  app.add_flag_callback(
+      "--verbose", [] { openlog("dorvdlctl", LOG_PERROR, LOG_USER); },
+      "Print to the standard error what goes to the system log");
 }
 
 void Run(int argc, char** argv, GlobalOptions& global) {

@@ -21,7 +21,7 @@ namespace {
 std::string Volume() {
   std::array<char, 4096> path{};
   if (GetTmpDownloadDirVol(path.data(), path.size()) != 0) {
-    throw Failure("the volume cannot be told; details are in the system log");
+    throw Failure("the volume cannot be told; --verbose shows why");
   }
   return path.data();
 }
@@ -38,7 +38,7 @@ std::uint64_t FreeBytes(const std::string& folder) {
 bool HasRoom() {
   const int answer = TmpVolumeSpaceCheck();
   if (answer < 0) {
-    throw Failure("the free space cannot be checked; details are in the system log");
+    throw Failure("the free space cannot be checked; --verbose shows why");
   }
   return answer == 0;  // 1 means that there is too little
 }

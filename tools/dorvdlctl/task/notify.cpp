@@ -32,7 +32,7 @@ void Notify(const Arguments& arguments, const GlobalOptions& global) {
   work.Commit();
   const Send send = kEvents.at(arguments.event);
   if (!(task.*send)(task.proto().created_time())) {
-    throw Failure("the notification was not sent; details are in the system log");
+    throw Failure("the notification was not sent; --verbose shows why");
   }
 }
 
