@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <utility>
 
 #include "dbquery/failures.h"
 
@@ -56,16 +55,10 @@ Answer Judged(SessionState& state, Purpose purpose, Answer answer) {
   return answer;
 }
 
-// A server that hangs up says why first, which libpq's own word about the end does not replace.
-Answer WholeAnswer(SessionState& state) {
+Answer WholeAnswer(PGconn* connection) {
   Answer answer;
-  while (Answer next{PQgetResult(state.connection())}) {
-    const bool is_end = !IsSuccess(next.get()) && !IsFromServer(next.get());
-    if (!is_end || answer == nullptr || IsSuccess(answer.get())) {
-      answer = std::move(next);
-    } else if (!state.is_broken) {
-      state.Break();
-    }
+  while (PGresult* const next = PQgetResult(connection)) {
+    answer.reset(next);
   }
   return answer;
 }
@@ -73,7 +66,7 @@ Answer WholeAnswer(SessionState& state) {
 // Sends by @p send, and receives.
 template <typename Call>
 Answer Exchange(SessionState& state, Purpose purpose, Call send) {
-  return Judged(state, purpose, SendBy(state, send) ? WholeAnswer(state) : Answer());
+  return Judged(state, purpose, SendBy(state, send) ? WholeAnswer(state.connection()) : Answer());
 }
 
 }  // namespace
@@ -122,6 +115,8 @@ bool Send(SessionState& state, const char* text) {
   return SendBy(state, [text](PGconn* connection) { return PQsendQuery(connection, text); });
 }
 
-Answer Receive(SessionState& state) { return Judged(state, Purpose::kWork, WholeAnswer(state)); }
+Answer Receive(SessionState& state) {
+  return Judged(state, Purpose::kWork, WholeAnswer(state.connection()));
+}
 
 }  // namespace dorvdbquery
