@@ -91,7 +91,6 @@ void RawTasks::Update(const Task& task) {
 }
 
 void RawTasks::Create(Task& task) {
-  Checked(connection_, PQexec(connection_, "BEGIN"));
   const Result result = Execute(
       connection_,
       R"(INSERT INTO "download_queue" ("username", "url", "filename", "status", "created_time", )"
@@ -102,7 +101,6 @@ void RawTasks::Create(Task& task) {
        std::to_string(task.total_size()).c_str(), std::to_string(task.task_flags()).c_str(),
        task.destination().c_str(), task.extra_data().c_str()});
   task.set_task_id(Row(result.get(), 0).Int());
-  Checked(connection_, PQexec(connection_, "COMMIT"));
 }
 
 }  // namespace bench

@@ -11,6 +11,8 @@ struct NamedStatus {
   StatusName name;
 };
 
+constexpr StatusName kGeneralError = {"download", "download_task_error"};
+
 constexpr NamedStatus kNames[] = {
     {kStatusWaiting, {"download", "download_task_waiting"}},
     {kStatusDownloading, {"download", "download_task_downloading"}},
@@ -27,7 +29,7 @@ constexpr NamedStatus kNames[] = {
     {kStatusJoining, {"download", "download_task_finishing"}},
     {kStatusVerifying, {"download", "download_task_finishing"}},
     {kStatusCaptchaNeeded, {"download", "captcha_needed"}},
-    {kStatusError, {"download", "download_task_error"}},
+    {kStatusError, kGeneralError},
     {kStatusBrokenLink, {"download", "download_task_broken_link"}},
     {kStatusDestinationMissing, {"download", "download_task_dest_not_exist"}},
     {kStatusDestinationDenied, {"download", "download_task_dest_deny"}},
@@ -74,7 +76,7 @@ bool HasStatusName(int status) { return Find(status) != nullptr; }
 
 StatusName GetStatusName(int status) {
   const StatusName* const name = Find(status);
-  return name != nullptr ? *name : *Find(kStatusError);
+  return name != nullptr ? *name : kGeneralError;
 }
 
 }  // namespace dorvdl::record
