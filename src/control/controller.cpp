@@ -21,10 +21,12 @@ Controller::Controller(const Controller& other)
     : db_session_(other.db_session_), username_(other.username_), is_users_(other.is_users_) {}
 
 Controller& Controller::operator=(const Controller& other) {
-  db_session_ = other.db_session_;
-  username_ = other.username_;
-  is_users_ = other.is_users_;
-  failure_ = {};
+  if (this != &other) {
+    db_session_ = other.db_session_;
+    username_ = other.username_;
+    is_users_ = other.is_users_;
+    failure_ = {};
+  }
   return *this;
 }
 
