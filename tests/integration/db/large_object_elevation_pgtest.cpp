@@ -105,7 +105,9 @@ TEST_F(LargeObjectElevationTest, ARefusedSwitchStopsTheImport) {
   for (std::size_t refused = 1; refused <= made.size(); ++refused) {
     RunAsUser([&] {
       RefuseIdCall(static_cast<int>(refused), EAGAIN);
-      EXPECT_EQ(Table().LoImport(folder_.Path("private")), 0U);
+      auto table = Table();
+      EXPECT_EQ(table.LoImport(folder_.Path("private")), 0U);
+      EXPECT_EQ(table.GetSession().failure().kind, dorvdbquery::Failure::Kind::kLocal);
       EXPECT_EQ(TakeIdCalls(), made[refused - 1]) << refused;
       EXPECT_EQ(TakeLog(),
                 (Lines{{kAuthError, "db/operator", "ERROR: IF_RUN_AS(0, 0)"}, kNotSwitched}));
