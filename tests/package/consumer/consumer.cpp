@@ -26,14 +26,17 @@
 #include <dorvdl/control/rss_item_control.h>
 #include <dorvdl/control/task_control.h>
 #include <dorvdl/control/thumbnail_control.h>
+#include <dorvdl/control/unit.h>
 #include <dorvdl/db/download_queue.h>
 #include <dorvdl/db/notification.h>
 #include <dorvdl/db/operator.h>
 #include <dorvdl/db/rss_feed.h>
 #include <dorvdl/db/rss_filter.h>
 #include <dorvdl/db/rss_item.h>
+#include <dorvdl/db/session_pool.h>
 #include <dorvdl/db/task_plugin.h>
 #include <dorvdl/db/thumbnail.h>
+#include <dorvdl/dbquery/failure.h>
 #include <dorvdl/dbquery/transaction.h>
 #include <dorvdl/file.h>
 #include <dorvdl/proto/list_request/common.pb.h>
@@ -59,6 +62,7 @@
 #include <unistd.h>
 
 #include <boost/optional.hpp>
+#include <chrono>
 #include <cstdlib>
 #include <iostream>
 #include <string>
@@ -359,6 +363,30 @@ bool LibrariesOfThePublicHeadersAreLinked() {
   return Json::Value("text").asString() == "text" && !session.is_connected();
 }
 
+bool AUsersControllerNeedsAName() {
+  using dorvdl::control::Controller;
+  Controller nobody = Controller::ForUser("");
+  const int count = dorvdl::control::RssItemControl(nobody).Count({});
+  const dorvdbquery::Failure& failure = nobody.failure();
+  return count == -1 && failure.kind == dorvdbquery::Failure::Kind::kRefused &&
+         failure.sqlstate.empty() && !failure.message.empty() &&
+         !dorvdl::control::TaskControl(nobody).Delete({}) && !nobody.failure();
+}
+
+// The environment names no server here.
+bool UnitsAndPoolsNeedAServer() {
+  using dorvdl::control::Controller;
+  dorvdl::db::SessionPool pool(2);
+  try {
+    const auto session = pool.Take(std::chrono::milliseconds(0));
+    Controller controller(session);
+    dorvdl::control::Unit unit(controller);
+    return unit.Commit() == dorvdl::control::Unit::Outcome::kCommitted && !unit.failed();
+  } catch (const soci::soci_error&) {
+    return dorvdbquery::Session().failure().kind == dorvdbquery::Failure::Kind::kConnection;
+  }
+}
+
 struct Check {
   const char* name;
   bool (*holds)();
@@ -371,6 +399,8 @@ constexpr Check kChecks[] = {
     {"controls", ControlsRefuseNoIds},
     {"restarts", RestartsCanBeReplaced},
     {"operations of controls", ControlsHaveTheirOwnOperations},
+    {"a user's controller", AUsersControllerNeedsAName},
+    {"units and pools", UnitsAndPoolsNeedAServer},
     {"controller", ControllerHandsOutEveryTable},
     {"operations of tables", TablesHaveTheirOwnOperations},
     {"keys of records", RecordsHaveTheirKeys},
