@@ -58,13 +58,20 @@ SessionPool::~SessionPool() {
 
 std::size_t SessionPool::Open() {
   std::unique_lock lock(core_->mutex);
-  for (std::size_t missing = core_->most - core_->places; missing > 0; --missing) {
+  for (std::size_t place = 0; place < core_->most; ++place) {
+    std::optional<RecycledSession> free;
     if (core_->places < core_->most) {
       core_->Occupy();
-      lock.unlock();
-      Lend(core_, std::nullopt);  // comes back at once
-      lock.lock();
+    } else if (!core_->free.empty()) {
+      // From the other end than that to which it comes back: each is looked at, for it may be lost.
+      free.emplace(std::move(core_->free.front()));
+      core_->free.erase(core_->free.begin());
+    } else {
+      break;
     }
+    lock.unlock();
+    Lend(core_, std::move(free));  // comes back at once
+    lock.lock();
   }
   return core_->places;
 }

@@ -38,9 +38,9 @@ class DORVDL_EXPORT SessionPool {
   SessionPool(const SessionPool&) = delete;
   SessionPool& operator=(const SessionPool&) = delete;
 
-  /// Opens all connections that are not open yet, and returns how many are open. Opening one
-  /// changes the ids of the whole process for a moment (dorvdl/db/session.h), so this is best done
-  /// before other threads start.
+  /// Opens all connections that are not open yet, or that were lost here, and returns how many are
+  /// open, with those that are taken. Opening one changes the ids of the whole process for a moment
+  /// (dorvdl/db/session.h), so this is best done before other threads start.
   ///
   /// @throws soci::soci_error when one cannot be opened; those that were opened stay.
   [[nodiscard]] std::size_t Open();

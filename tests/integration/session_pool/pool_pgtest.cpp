@@ -89,6 +89,19 @@ TEST_F(SessionPoolTest, OpenOpensAllAndTellsHowMany) {
   EXPECT_EQ(Count(third), 1);
 }
 
+TEST_F(SessionPoolTest, OpenReplacesWhatWasLostMeanwhile) {
+  SessionPool pool(3);
+  const auto taken = pool.Take(0ms);
+  EXPECT_EQ(pool.Open(), 3U);
+  test_support::TerminateOtherSessions(raw_);
+  EXPECT_EQ(Connections(), "0");
+  EXPECT_EQ(pool.Open(), 3U);
+  EXPECT_EQ(Connections(), "2") << "all but the one that is taken";
+  TakeLog();
+  EXPECT_EQ(Count(pool.Take(0ms)), 1);
+  EXPECT_TRUE(TakeLog().empty()) << "nothing was opened";
+}
+
 TEST_F(SessionPoolTest, HandsOutNoMoreThanItMayAndTheSameOnesAgain) {
   SessionPool pool(2);
   auto first = pool.Take(0ms);
