@@ -5,6 +5,7 @@
 
 #include "dbquery/converted_values.h"
 #include "dbquery/session_state.h"
+#include "util/text.h"
 
 namespace dorvdbquery {
 
@@ -36,7 +37,9 @@ void InsertQuery::Add(std::string column, Parameter value) {
 }
 
 const Parameter* InsertQuery::Find(const std::string& column) const {
-  const auto found = std::find(columns_.begin(), columns_.end(), column);
+  const auto found = std::find_if(columns_.begin(), columns_.end(), [&column](const auto& name) {
+    return dorvdl::util::EqualsInAnyCase(name, column);
+  });
   const auto place = static_cast<std::size_t>(found - columns_.begin());
   return place < values_.size() ? &values_[place] : nullptr;
 }

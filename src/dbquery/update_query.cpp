@@ -2,8 +2,12 @@
 
 #include <algorithm>
 
+#include "util/text.h"
+
 namespace dorvdbquery {
 namespace {
+
+using dorvdl::util::EqualsInAnyCase;
 
 // The part of a statement that tells whether its demand is met.
 constexpr char kMet[] = "dorvdl_met";
@@ -17,7 +21,7 @@ UpdateQuery::~UpdateQuery() = default;
 
 const Parameter* UpdateQuery::Find(const std::string& column) const {
   for (const auto& [name, value] : assignments_) {
-    if (name == column) {
+    if (EqualsInAnyCase(name, column)) {
       return &value;
     }
   }
@@ -25,7 +29,9 @@ const Parameter* UpdateQuery::Find(const std::string& column) const {
 }
 
 void UpdateQuery::Drop(const std::string& column) {
-  const auto is_dropped = [&column](const auto& assignment) { return assignment.first == column; };
+  const auto is_dropped = [&column](const auto& assignment) {
+    return EqualsInAnyCase(assignment.first, column);
+  };
   assignments_.erase(std::remove_if(assignments_.begin(), assignments_.end(), is_dropped),
                      assignments_.end());
 }

@@ -31,7 +31,7 @@ class DORVDL_EXPORT InsertQuery : public Query {
   /// Adds one column and its value to those given.
   void Add(std::string column, Parameter value);
 
-  /// The value given for @p column; null when there is none.
+  /// The value given for @p column, in whatever case it was named; null when there is none.
   const Parameter* Find(const std::string& column) const;
 
   /// Takes the columns' values by name from @p record, through its `soci::type_conversion` over

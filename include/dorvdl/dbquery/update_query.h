@@ -27,7 +27,7 @@ class DORVDL_EXPORT UpdateQuery : public ConditionalQuery {
     assignments_.emplace_back(column, ToParameter(value));
   }
 
-  /// The value assigned to @p column; null when there is none.
+  /// The value assigned to @p column, in whatever case it was named; null when there is none.
   const Parameter* Find(const std::string& column) const;
 
   /// Leaves @p column as it is in the rows.

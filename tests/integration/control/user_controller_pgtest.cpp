@@ -219,6 +219,37 @@ TEST_F(UserControllerTest, AnUpdateLeavesTheOwnerAsItIsAndGivesNothingAway) {
   ExpectAnswer();
 }
 
+// A program's own records may spell a column in capitals, which name the same one.
+struct OtherFeed : record::RssFeed {
+  void BindUpdateField(dorvdbquery::UpdateQuery& query) const override {
+    RssFeed::BindUpdateField(query);
+    query.SetFactory<std::string>("UserName", owner);
+  }
+  std::string owner = "bob";
+};
+struct OtherItem : record::RssItem {
+  std::vector<std::string> GetInsertFields() const override { return {"ID", "Feed_ID"}; }
+  void soci_ToBase(soci::values& values, soci::indicator& /*indicator*/) const override {
+    values.set("ID", 77);
+    values.set("Feed_ID", 1);
+  }
+};
+
+TEST_F(UserControllerTest, ColumnsInCapitalsAreTheSameColumns) {
+  OtherFeed feed;
+  feed.set_primary_key(1);
+  EXPECT_FALSE(RssFeedControl(controller_).Update(feed));
+  ExpectRefused();
+  feed.owner = "alice";
+  feed.mutable_proto().set_url("x");
+  EXPECT_TRUE(RssFeedControl(controller_).Update(feed));
+  EXPECT_EQ(RssFeedControl(controller_).Get(1).proto().username(), "Alice");
+  OtherItem item;
+  EXPECT_FALSE(RssItemControl(controller_).Create(item)) << "it carries a key";
+  ExpectRefused();
+  EXPECT_FALSE(RssItemControl(controller_).Get(77).IsValid());
+}
+
 TEST_F(UserControllerTest, FeedsAreTheUsersOwn) {
   RssFeedControl feeds(controller_);
   EXPECT_EQ(KeysOf(feeds.List({})), Ids{1});
