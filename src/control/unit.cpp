@@ -41,7 +41,9 @@ Unit::~Unit() {
   }
 }
 
-bool Unit::failed() const { return transaction_->HasFailed(); }
+bool Unit::failed() const {
+  return outcome_ ? *outcome_ != Outcome::kCommitted : transaction_->HasFailed();
+}
 
 Unit::Outcome Unit::Commit() {
   if (!outcome_) {
@@ -50,6 +52,7 @@ Unit::Outcome Unit::Commit() {
     if (outcome_ != Outcome::kCommitted) {
       dorvdbquery::Remember(transaction_->failure(), controller_.failure_);
     }
+    transaction_.reset();  // one that could not begin refuses all that follows while it lives
   }
   return *outcome_;
 }

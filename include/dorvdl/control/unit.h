@@ -44,7 +44,8 @@ class DORVDL_EXPORT Unit {
   Unit(const Unit&) = delete;
   Unit& operator=(const Unit&) = delete;
 
-  /// Whether something has failed, so that Commit() will roll back.
+  /// Whether something has failed, so that Commit() will roll back; afterwards, whether it did not
+  /// commit.
   bool failed() const;
 
   /// Ends the unit, and tells how. When it did not commit, the controller's failure() is what
@@ -56,7 +57,7 @@ class DORVDL_EXPORT Unit {
 
   Controller& controller_;
   const std::shared_ptr<db::DBSession> session_;
-  std::unique_ptr<Transaction> transaction_;
+  std::unique_ptr<Transaction> transaction_;  // null when it is over
   std::optional<Outcome> outcome_;
 };
 

@@ -377,6 +377,21 @@ TEST_F(UnitTest, ABeginThatFailsMakesAFailedUnitInWhichEverythingFails) {
   EXPECT_TRUE(Create(first));
 }
 
+TEST_F(UnitTest, OneThatCouldNotBeginIsOverWithItsCommit) {
+  Unit outer(controller_);
+  ListBadly(controller_);
+  Unit inner(controller_);
+  EXPECT_EQ(inner.Commit(), Outcome::kRolledBack);
+  EXPECT_EQ(outer.Commit(), Outcome::kRolledBack);
+  EXPECT_TRUE(Create()) << controller_.failure().message;
+  Unit next(controller_);
+  EXPECT_TRUE(Create());
+  EXPECT_EQ(next.Commit(), Outcome::kCommitted);
+  EXPECT_TRUE(inner.failed());
+  EXPECT_EQ(inner.Commit(), Outcome::kRolledBack);
+  EXPECT_EQ(Created(), "2");
+}
+
 TEST_F(UnitTest, ChangesTakeOneRoundTripEach) {
   test_support::MessageTrace trace(controller_.db_session().session());
   Unit unit(controller_);
