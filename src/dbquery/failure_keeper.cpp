@@ -10,6 +10,8 @@ FailureKeeper::FailureKeeper(const Session& session, Failure& first)
   if (const auto state = state_.lock()) {
     outer_ = state->keeper;
     state->keeper = this;
+  } else {
+    Keep(session.failure());  // what fails without a connection has nowhere to be noted
   }
 }
 

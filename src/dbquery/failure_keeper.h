@@ -10,7 +10,8 @@
 namespace dorvdbquery {
 
 // While it lives, the first thing that fails on a session is kept in a place of the owner's.
-// Keepers on one session nest; the innermost gets it.
+// Keepers on one session nest; the innermost gets it. That a session has no connection has failed
+// already.
 class FailureKeeper {
  public:
   // @p first must be none, and outlive this object.

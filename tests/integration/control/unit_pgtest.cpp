@@ -392,6 +392,24 @@ TEST_F(UnitTest, OneThatCouldNotBeginIsOverWithItsCommit) {
   EXPECT_EQ(Created(), "2");
 }
 
+TEST_F(UnitTest, WithoutItsConnectionEverythingInItFails) {
+  Unit unit(controller_);
+  ASSERT_TRUE(Create());
+  { const dorvdbquery::Session gone = std::move(controller_.db_session().session()); }
+  EXPECT_FALSE(Create());
+  EXPECT_EQ(controller_.failure().kind, Failure::Kind::kConnection);
+  EXPECT_EQ(TaskControl(controller_).Count({}), -1);
+  EXPECT_EQ(controller_.failure().kind, Failure::Kind::kConnection);
+  EXPECT_FALSE(TaskControl(controller_).LoImport(100, "/no/such/file"));
+  EXPECT_TRUE(controller_.failure());
+  EXPECT_FALSE(TaskControl(controller_).Delete({}));
+  EXPECT_FALSE(controller_.failure()) << "a guard";
+  EXPECT_EQ(unit.Commit(), Outcome::kRolledBack);
+  EXPECT_EQ(controller_.failure().kind, Failure::Kind::kConnection);
+  EXPECT_TRUE(Create()) << "the next call opens another";
+  EXPECT_EQ(Created(), "1");
+}
+
 TEST_F(UnitTest, ChangesTakeOneRoundTripEach) {
   test_support::MessageTrace trace(controller_.db_session().session());
   Unit unit(controller_);
