@@ -27,9 +27,15 @@ Operation::~Operation() {
   if (controller_.db_session_ != nullptr) {
     dorvdbquery::UnitTransaction::FailOperations(controller_.db_session_->session(), first_);
   }
-  Failure& kept = outer_ != nullptr ? outer_->first_ : controller_.failure_;
-  if (!kept) {
-    kept = std::move(first_);
+  if (outer_ != nullptr) {
+    outer_->Keep(first_);
+  }
+  dorvdbquery::Remember(outer_ != nullptr ? outer_->first_ : first_, controller_.failure_);
+}
+
+void Operation::Keep(const Failure& failure) noexcept {
+  if (!first_) {
+    dorvdbquery::Remember(failure, first_);
   }
 }
 

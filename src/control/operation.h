@@ -23,6 +23,9 @@ class Operation {
   Operation(const Operation&) = delete;
   Operation& operator=(const Operation&) = delete;
 
+  // Fails the operation by what failed in a part of it.
+  void Keep(const dorvdbquery::Failure& failure) noexcept;
+
   void Fail(dorvdbquery::Failure::Kind kind, const char* message) noexcept;
 
   // Whether the controller is a user's and has lost its name: nothing may be reached then. Fails

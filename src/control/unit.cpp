@@ -1,5 +1,6 @@
 #include <dorvdl/control/unit.h>
 
+#include "control/operation.h"
 #include "dbquery/failures.h"
 #include "dbquery/unit_transaction.h"
 
@@ -51,6 +52,9 @@ Unit::Outcome Unit::Commit() {
     --controller_.units_;
     if (outcome_ != Outcome::kCommitted) {
       dorvdbquery::Remember(transaction_->failure(), controller_.failure_);
+      if (controller_.operation_ != nullptr) {
+        controller_.operation_->Keep(transaction_->failure());
+      }
     }
     transaction_.reset();  // one that could not begin refuses all that follows while it lives
   }

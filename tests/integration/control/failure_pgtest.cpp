@@ -4,12 +4,14 @@
 #include <dorvdl/control/rss_filter_control.h>
 #include <dorvdl/control/rss_item_control.h>
 #include <dorvdl/control/task_control.h>
+#include <dorvdl/control/unit.h>
 #include <dorvdl/db/download_queue.h>
 #include <dorvdl/dbquery/transaction.h>
 #include <gtest/gtest.h>
 #include <soci/soci.h>
 
 #include <chrono>
+#include <functional>
 #include <future>
 #include <stdexcept>
 #include <string>
@@ -205,6 +207,52 @@ TEST_F(ControllerFailureTest, OperationsCalledByAnOperationArePartsOfIt) {
   raw_.Run("ALTER TABLE elsewhere RENAME TO task_plugin");
   EXPECT_TRUE(CaptchaControl(controller_).RestartAllCaptchaTask());
   EXPECT_FALSE(controller_.failure());
+}
+
+// A program's own control.
+struct Overridden : CaptchaControl {
+  using CaptchaControl::CaptchaControl;
+  bool RestartCaptchaTask(int task_id) override { return restart(task_id); }
+  std::function<bool(int)> restart;
+};
+
+TEST_F(ControllerFailureTest, WhatFailedFirstInAnOperationIsSeenInItAndOutlivesAUnitInIt) {
+  raw_.Run("UPDATE download_queue SET status = 15");
+  raw_.Run("INSERT INTO download_queue (task_id, username, status) VALUES (2, 'alice', 15)");
+  Overridden control(controller_);
+  control.restart = [&](int task_id) {
+    if (task_id == 1) {
+      ListBadly();
+    } else {
+      Unit unit(controller_);
+      EXPECT_FALSE(tasks_.LoImport(task_id, "/no/such/file"));
+      EXPECT_EQ(unit.Commit(), Unit::Outcome::kRolledBack);
+      EXPECT_EQ(controller_.failure().kind, Kind::kLocal) << "the unit's";
+      return false;
+    }
+    EXPECT_EQ(controller_.failure().sqlstate, "42703") << "while it runs";
+    return false;
+  };
+  EXPECT_TRUE(control.RestartAllCaptchaTask());
+  EXPECT_EQ(controller_.failure().sqlstate, "42703") << "the first";
+}
+
+TEST_F(ControllerFailureTest, AUnitThatEndsInAnOperationFailsIt) {
+  raw_.Run("UPDATE download_queue SET status = 15");
+  Overridden control(controller_);
+  control.restart = [&](int task_id) {
+    {
+      Unit unit(controller_);
+      option::task::ListOption option;
+      option.common.sort_by = "no_such_column";
+      EXPECT_TRUE(controller_.UseWithName<db::DownloadQueue>().List(option).empty());
+      EXPECT_EQ(unit.Commit(), Unit::Outcome::kRolledBack);
+    }
+    EXPECT_FALSE(tasks_.LoImport(task_id, "/no/such/file"));
+    return false;
+  };
+  EXPECT_TRUE(control.RestartAllCaptchaTask());
+  EXPECT_EQ(controller_.failure().sqlstate, "42703") << "not of the file";
 }
 
 TEST_F(ControllerFailureTest, AnExceptionOfAnOverriddenOperationIsKeptWithoutItsWords) {
