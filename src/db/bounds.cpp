@@ -9,6 +9,7 @@ using dorvdbquery::Condition;
 using dorvdbquery::Parameter;
 
 constexpr char kOtherOwner[] = "the row would belong to another user";
+constexpr char kOtherKey[] = "the key of a user's row is the database's to give";
 constexpr char kNoOwnParent[] = "what the row would belong to is not the user's";
 
 Condition RowsOf(const record::Ownership& ownership, const std::string& user) {
@@ -25,9 +26,8 @@ Bounds::Bounds(const record::Ownership& ownership, const std::string& user)
 Bounds::~Bounds() = default;
 
 void Bounds::Apply(dorvdbquery::InsertQuery& query) const {
-  const bool key_is_parent = ownership_.key == ownership_.column;
-  if (!key_is_parent && query.Find(ownership_.key) != nullptr) {
-    query.Refuse("the key of a user's row is the database's to give");
+  if (!KeyIsParent() && query.Find(ownership_.key) != nullptr) {
+    query.Refuse(kOtherKey);
   }
   const Parameter* const value = query.Find(ownership_.column);
   if (ownership_.HasParent()) {
@@ -39,7 +39,12 @@ void Bounds::Apply(dorvdbquery::InsertQuery& query) const {
   }
 }
 
-void Bounds::Apply(dorvdbquery::UpdateQuery& query) const {
+void Bounds::Apply(dorvdbquery::UpdateQuery& query, int key) const {
+  const Parameter* const new_key = query.Find(ownership_.key);
+  if (!KeyIsParent() && new_key != nullptr && *new_key != std::to_string(key)) {
+    // What still refers to a row that is gone would come to be the user's.
+    query.Refuse(kOtherKey);
+  }
   const Parameter* const value = query.Find(ownership_.column);
   if (value == nullptr) {
     return;

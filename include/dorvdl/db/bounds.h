@@ -31,15 +31,17 @@ class DORVDL_EXPORT Bounds {
   /// owner that is absent becomes the user.
   void Apply(dorvdbquery::InsertQuery& query) const;
 
-  /// Lets @p query leave a row the user's: refused when it carries another owner, done only when
-  /// the parent that it carries is the user's. Which rows it reaches is for its condition to say.
-  void Apply(dorvdbquery::UpdateQuery& query) const;
+  /// Lets @p query, an update of the row @p key, leave it the user's: refused when it carries
+  /// another owner or another key, done only when the parent that it carries is the user's. Which
+  /// rows it reaches is for its condition to say.
+  void Apply(dorvdbquery::UpdateQuery& query, int key) const;
 
   /// Names the user as the owner in the message of a row that Apply() has let in, where its kind
   /// names owners and the message has none.
   void TellOwner(google::protobuf::Message& message) const;
 
  private:
+  bool KeyIsParent() const { return ownership_.key == ownership_.column; }
   bool IsTheUser(const dorvdbquery::Parameter& name) const;
   template <typename Query>
   void DemandOwnParent(Query& query, const dorvdbquery::Parameter& parent) const;

@@ -312,7 +312,7 @@ long long DBOperator<Record>::UpdateRows(const Record& record, const Condition& 
   query.Where(Within(KeyIs(record.primary_key()) && condition));
   record.BindUpdateField(query);
   if (is_bound()) {
-    bounds_->Apply(query);
+    bounds_->Apply(query, record.primary_key());
   }
   return query.Execute() ? query.AffectedRows() : -1;
 }

@@ -15,6 +15,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/connection.h"
@@ -248,6 +249,24 @@ TEST_F(UserControllerTest, ColumnsInCapitalsAreTheSameColumns) {
   EXPECT_FALSE(RssItemControl(controller_).Create(item)) << "it carries a key";
   ExpectRefused();
   EXPECT_FALSE(RssItemControl(controller_).Get(77).IsValid());
+}
+
+// Of a program's own record, whose hooks write what its message does not carry.
+struct MovingFeed : record::RssFeed {
+  void BindUpdateField(dorvdbquery::UpdateQuery& query) const override {
+    query.SetFactory<int>("id", to);
+  }
+  int to = 9;
+};
+
+TEST_F(UserControllerTest, ARowIsNotMovedToAnotherKey) {
+  MovingFeed feed;
+  feed.set_primary_key(1);
+  EXPECT_FALSE(RssFeedControl(controller_).Update(feed)) << "nobody's items would be Alice's";
+  ExpectRefused();
+  EXPECT_EQ(RssItemControl(controller_).Count({}), 1);
+  feed.to = 1;
+  EXPECT_TRUE(RssFeedControl(controller_).Update(feed)) << "where it is";
 }
 
 TEST_F(UserControllerTest, FeedsAreTheUsersOwn) {
