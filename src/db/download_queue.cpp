@@ -130,8 +130,7 @@ record::Task DownloadQueue::Get(int task_id) {
 }
 
 bool DownloadQueue::Update(const record::Task& task) {
-  return !IsForeignFile(task.proto().has_file_oid()) &&
-         DBOperator::Update(task, GetUserCondition());
+  return !IsUpdateWithFile(task) && DBOperator::Update(task, GetUserCondition());
 }
 
 bool DownloadQueue::Delete(const std::vector<int>& task_ids) {
@@ -146,14 +145,14 @@ bool DownloadQueue::Create(record::Task& task, const std::string& source_path) {
   // One statement is a transaction already. Within another it is a scope of its own, so that a
   // refused one leaves what is around it usable.
   if (source_path.empty() && !GetSession().InTransaction()) {
-    return !IsForeignFile(task.proto().file_oid() != 0) && DBOperator::Create(task);
+    return !IsCreateWithFile(task) && DBOperator::Create(task);
   }
   return CreateInScope(task, source_path);
 }
 
 bool DownloadQueue::CreateInScope(record::Task& task, const std::string& source_path) {
   dorvdbquery::DefaultTransaction transaction(GetSession());
-  if (IsForeignFile(task.proto().file_oid() != 0) || IsRefused(task)) {
+  if (IsCreateWithFile(task) || IsRefused(task)) {
     return false;  // before a file is read as root
   }
   FileOidKeeper file_oid(task.mutable_proto());
@@ -191,10 +190,28 @@ bool DownloadQueue::LoImport(int task_id, const std::string& path) {
   return rows > 0 && transaction.Commit();
 }
 
-bool DownloadQueue::IsForeignFile(bool names_file) {
-  if (!is_bound() || !names_file) {
+// Both look at the statement, not at the task's message: hooks of a derived class may write what
+// that does not carry.
+bool DownloadQueue::IsCreateWithFile(const record::Task& task) {
+  if (!is_bound()) {
     return false;
   }
+  dorvdbquery::InsertQuery query(GetSession(), GetTableName());
+  Describe(task, query);
+  const dorvdbquery::Parameter* const oid = query.Find("file_oid");
+  return oid != nullptr && *oid != "0" && RefuseFile();
+}
+
+bool DownloadQueue::IsUpdateWithFile(const record::Task& task) {
+  if (!is_bound()) {
+    return false;
+  }
+  dorvdbquery::UpdateQuery query(GetSession(), GetTableName());
+  task.BindUpdateField(query);
+  return query.Find("file_oid") != nullptr && RefuseFile();
+}
+
+bool DownloadQueue::RefuseFile() {
   constexpr char kReason[] = "which stored file is a task's is not for its user to say";
   DORVDL_LOG(LOG_ERR, "Failed to write task: %s", kReason);
   GetSession().Fail({dorvdbquery::Failure::Kind::kRefused, "", kReason});

@@ -75,8 +75,11 @@ class DORVDL_EXPORT DownloadQueue : public DBOperator<record::Task> {
 
  private:
   bool CreateInScope(record::Task& task, const std::string& source_path);
-  // Whether the bounds refuse a task that names a stored file, which could be another user's; logs.
-  bool IsForeignFile(bool names_file);
+  // Whether the bounds refuse a create or an update of a task that names a stored file, which could
+  // be another user's; logs.
+  bool IsCreateWithFile(const record::Task& task);
+  bool IsUpdateWithFile(const record::Task& task);
+  bool RefuseFile();
 
   const std::string user_;  // also of what was moved from, which would reach everybody's tasks
 };

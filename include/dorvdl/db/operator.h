@@ -142,13 +142,13 @@ class DBOperator {
   /// the execution failed.
   static bool ReadAll(dorvdbquery::SelectQuery& query, std::vector<Record>& records);
 
+  /// Makes the insert of Create(), within the bounds.
+  void Describe(const Record& record, dorvdbquery::InsertQuery& query) const;
+
  private:
   Condition KeyIs(int key) {
     return Condition::ConditionFactory<int>(GetPrimaryKeyName(), "=", key);
   }
-
-  // Makes the insert of Create().
-  void Describe(const Record& record, dorvdbquery::InsertQuery& query) const;
 
   [[maybe_unused]] DBSession& session_;  // may be gone: what is used is the share
   std::shared_ptr<dorvdbquery::Session> connection_;

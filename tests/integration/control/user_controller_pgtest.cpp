@@ -269,6 +269,37 @@ TEST_F(UserControllerTest, ARowIsNotMovedToAnotherKey) {
   EXPECT_TRUE(RssFeedControl(controller_).Update(feed)) << "where it is";
 }
 
+struct TaskWithFile : record::Task {
+  explicit TaskWithFile(std::string oid) : oid_(std::move(oid)) {}
+  void BindUpdateField(dorvdbquery::UpdateQuery& query) const override {
+    query.SetFactory<std::string>("file_oid", oid_);
+  }
+  std::vector<std::string> GetInsertFields() const override { return {"file_oid"}; }
+  void soci_ToBase(soci::values& values, soci::indicator& /*indicator*/) const override {
+    values.set("file_oid", oid_);
+  }
+
+ private:
+  std::string oid_;
+};
+
+TEST_F(UserControllerTest, AStoredFileThatOnlyHooksNameIsRefusedToo) {
+  TaskControl tasks(controller_);
+  const test_support::TemporaryFolder folder;
+  for (const std::string& source : {std::string(), folder.Write("in", "x")}) {
+    TaskWithFile task("7");
+    EXPECT_FALSE(tasks.Create(task, source));
+    ExpectRefused();
+  }
+  TaskWithFile change("7");
+  change.set_primary_key(1);
+  EXPECT_FALSE(tasks.Update(change));
+  ExpectRefused();
+  TaskWithFile none("0");
+  EXPECT_TRUE(tasks.Create(none, ""));
+  EXPECT_EQ(raw_.Value("SELECT count(*) FROM download_queue WHERE file_oid <> 0"), "0");
+}
+
 TEST_F(UserControllerTest, FeedsAreTheUsersOwn) {
   RssFeedControl feeds(controller_);
   EXPECT_EQ(KeysOf(feeds.List({})), Ids{1});
