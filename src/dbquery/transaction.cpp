@@ -146,6 +146,13 @@ bool Transaction::CanCommit(SessionState& state) {
     Note(OwnFailure(Failure::Kind::kServer, "the transaction had failed"));
     return false;
   }
+  if (kind_ == Kind::kOfOperations && state.innermost != this) {
+    // What is inside would last, and could only tell that it was rolled back.
+    constexpr char kReason[] = "a transaction inside it has not ended";
+    LogUnsentStatement(kReason);
+    Note(OwnFailure(Failure::Kind::kRefused, kReason));
+    return false;
+  }
   return true;
 }
 

@@ -22,7 +22,8 @@ namespace dorvdl::control {
 ///
 /// Units and transactions on one session nest, whichever controllers share it: the inner one is a
 /// savepoint, and whoever works on the session belongs to the innermost. They end in the reverse
-/// order. A unit is neither copied nor moved, and ends before its controller.
+/// order; a unit that ends before one inside it is rolled back with that. A unit is neither copied
+/// nor moved, and ends before its controller.
 class DORVDL_EXPORT Unit {
  public:
   /// What has become of the changes.

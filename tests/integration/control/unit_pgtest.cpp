@@ -377,6 +377,18 @@ TEST_F(UnitTest, ABeginThatFailsMakesAFailedUnitInWhichEverythingFails) {
   EXPECT_TRUE(Create(first));
 }
 
+TEST_F(UnitTest, OneThatEndsBeforeWhatIsInsideItIsRolledBackAsThatIs) {
+  Unit outer(controller_);
+  ASSERT_TRUE(Create());
+  Unit inner(controller_);
+  ASSERT_TRUE(Create());
+  EXPECT_EQ(outer.Commit(), Outcome::kRolledBack);
+  EXPECT_EQ(controller_.failure().kind, Failure::Kind::kRefused);
+  EXPECT_EQ(inner.Commit(), Outcome::kRolledBack);
+  EXPECT_EQ(Created(), "0") << "both tell so";
+  EXPECT_TRUE(Create());
+}
+
 TEST_F(UnitTest, OneThatCouldNotBeginIsOverWithItsCommit) {
   Unit outer(controller_);
   ListBadly(controller_);
