@@ -50,13 +50,14 @@ Unit::Outcome Unit::Commit() {
   if (!outcome_) {
     outcome_ = OutcomeOf(transaction_->End());
     --controller_.units_;
-    if (outcome_ != Outcome::kCommitted) {
-      dorvdbquery::Remember(transaction_->failure(), controller_.failure_);
-      if (controller_.operation_ != nullptr) {
-        controller_.operation_->Keep(transaction_->failure());
-      }
-    }
+    dorvdbquery::Remember(transaction_->failure(), failure_);
     transaction_.reset();  // one that could not begin refuses all that follows while it lives
+  }
+  if (*outcome_ != Outcome::kCommitted) {
+    dorvdbquery::Remember(failure_, controller_.failure_);
+    if (controller_.operation_ != nullptr) {
+      controller_.operation_->Keep(failure_);
+    }
   }
   return *outcome_;
 }

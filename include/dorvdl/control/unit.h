@@ -50,7 +50,7 @@ class DORVDL_EXPORT Unit {
   bool failed() const;
 
   /// Ends the unit, and tells how. When it did not commit, the controller's failure() is what
-  /// failed first in it, the commit included. Called again it tells the same.
+  /// failed first in it, the commit included. Called again it tells the same, and why.
   [[nodiscard]] Outcome Commit();
 
  private:
@@ -60,6 +60,7 @@ class DORVDL_EXPORT Unit {
   const std::shared_ptr<db::DBSession> session_;
   std::unique_ptr<Transaction> transaction_;  // null when it is over
   std::optional<Outcome> outcome_;
+  dorvdbquery::Failure failure_;  // what failed first, once it is over
 };
 
 }  // namespace dorvdl::control

@@ -102,8 +102,10 @@ TEST_F(UnitTest, AfterItsEndItTellsTheSameAndIsNoPartOfWhatFollows) {
   ListBadly(controller_);
   EXPECT_EQ(failed.Commit(), Outcome::kRolledBack);
   EXPECT_TRUE(Create());
+  EXPECT_FALSE(controller_.failure());
   EXPECT_TRUE(failed.failed());
   EXPECT_EQ(failed.Commit(), Outcome::kRolledBack);
+  EXPECT_EQ(controller_.failure().sqlstate, "42703") << "why, too";
   EXPECT_EQ(Created(), "3");
 }
 
