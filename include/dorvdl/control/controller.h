@@ -42,7 +42,7 @@ class DORVDL_EXPORT Controller {
   /// What is created is the user's: an owner that is absent is filled in; another's name, another's
   /// feed or task, a key that the record carries (but for a plug-in's state, whose key is its task)
   /// and a `file_oid` other than 0 are refused. An update may carry the user's own name, which
-  /// leaves the column as it is; one that carries another name, another's feed or task, or a
+  /// leaves the column as it is; one that carries another name or key, another's feed or task, or a
   /// `file_oid` is refused. With an empty name every operation is refused, and nothing thrown.
   ///
   /// The bounds are the controls'. Use(), UseWithName() and db_session() hand out what they always
