@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <locale>
 #include <optional>
+#include <typeinfo>
 
 #include "db/conditions.h"
 
@@ -190,11 +191,14 @@ bool DownloadQueue::LoImport(int task_id, const std::string& path) {
   return rows > 0 && transaction.Commit();
 }
 
-// Both look at the statement, not at the task's message: hooks of a derived class may write what
-// that does not carry.
+// Both look at the statement where the hooks of a derived class may write what the task's message
+// does not carry.
 bool DownloadQueue::IsCreateWithFile(const record::Task& task) {
   if (!is_bound()) {
     return false;
+  }
+  if (typeid(task) == typeid(record::Task)) {
+    return task.proto().file_oid() != 0 && RefuseFile();
   }
   dorvdbquery::InsertQuery query(GetSession(), GetTableName());
   Describe(task, query);
@@ -205,6 +209,9 @@ bool DownloadQueue::IsCreateWithFile(const record::Task& task) {
 bool DownloadQueue::IsUpdateWithFile(const record::Task& task) {
   if (!is_bound()) {
     return false;
+  }
+  if (typeid(task) == typeid(record::Task)) {
+    return task.proto().has_file_oid() && RefuseFile();
   }
   dorvdbquery::UpdateQuery query(GetSession(), GetTableName());
   task.BindUpdateField(query);
