@@ -1,30 +1,25 @@
-// What the benchmarks share.
+// How an operation of a peer is measured.
 #ifndef BENCH_MEASURE_H_
 #define BENCH_MEASURE_H_
 
-#include <dorvdl/db/session.h>
-#include <libpq-fe.h>
-
+#include <functional>
 #include <string>
-#include <vector>
 
-#include "observe.h"
+#include "connection.h"
+#include "peer.h"
 
 namespace bench {
 
-[[noreturn]] void Die(const std::string& why);
+struct Operation {
+  std::string name;  // of its row in the table
+  std::function<void(Peer&)> run;
+  // What is done after some runs, unmeasured; may be empty.
+  std::function<void()> tidy = {};
+};
 
-// Ends the program unless @p good.
-void Check(bool good);
-
-// libpq's own connection below the library's.
-PGconn* Connection(dorvdl::db::DBSession& session);
-
-// Runs the statements and returns the numbers in the last one's first row.
-std::vector<double> Run(PGconn* connection, const char* query);
-
-// Registers the operation as a benchmark of this name.
-void Measure(PGconn* connection, const std::string& name, const Operation& operation);
+// Registers the operation for each of the peers that has a way to do it. The connection, the peers
+// and what the operation refers to must live as long as benchmarks run.
+void Measure(Connection& watcher, const Peers& peers, const Operation& operation);
 
 }  // namespace bench
 

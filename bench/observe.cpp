@@ -1,12 +1,12 @@
 #include "observe.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <string_view>
+#include <string>
 
 namespace {
 
-int allocations = 0;
+long long allocations = 0;
 
 }  // namespace
 
@@ -38,31 +38,48 @@ void* realloc(void* memory, std::size_t size) noexcept {
 }  // extern "C"
 
 namespace bench {
+namespace {
 
-int CountAllocations(const Operation& operation) {
-  const int before = allocations;
+// Counts the messages in a trace as it is written, for that of a large answer is long.
+struct TraceReader {
+  static ssize_t Write(void* reader, const char* text, std::size_t size) {
+    static_cast<TraceReader*>(reader)->Read(text, size);
+    return static_cast<ssize_t>(size);
+  }
+
+  void Read(const char* text, std::size_t size) {
+    constexpr char kReady[] = "\tReadyForQuery\t";
+    unread.append(text, size);
+    std::size_t at = 0;
+    for (std::size_t next; (next = unread.find(kReady, at)) != std::string::npos;) {
+      ++count;
+      at = next + sizeof(kReady) - 1;
+    }
+    // The end may be the beginning of one more.
+    unread.erase(0, std::max(at, unread.size() - std::min(unread.size(), sizeof(kReady) - 2)));
+  }
+
+  std::string unread;
+  int count = 0;
+};
+
+}  // namespace
+
+long long CountAllocations(const std::function<void()>& operation) {
+  const long long before = allocations;
   operation();
   return allocations - before;
 }
 
-int CountRoundTrips(PGconn* connection, const Operation& operation) {
-  char* text = nullptr;
-  std::size_t size = 0;
-  std::FILE* const trace = open_memstream(&text, &size);
-  PQtrace(connection, trace);
+int CountRoundTrips(Peer& peer, const std::function<void()>& operation) {
+  TraceReader reader;
+  std::FILE* const trace =
+      fopencookie(&reader, "w", {nullptr, &TraceReader::Write, nullptr, nullptr});
+  peer.Trace(trace);
   operation();
-  PQuntrace(connection);
+  peer.Trace(nullptr);
   std::fclose(trace);
-
-  constexpr std::string_view kReady = "\tReadyForQuery\t";
-  const std::string_view messages(text, size);
-  int count = 0;
-  for (std::size_t at = messages.find(kReady); at != std::string_view::npos;
-       at = messages.find(kReady, at + 1)) {
-    ++count;
-  }
-  std::free(text);
-  return count;
+  return reader.count;
 }
 
 }  // namespace bench

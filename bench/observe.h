@@ -2,19 +2,17 @@
 #ifndef BENCH_OBSERVE_H_
 #define BENCH_OBSERVE_H_
 
-#include <libpq-fe.h>
-
 #include <functional>
+
+#include "peer.h"
 
 namespace bench {
 
-using Operation = std::function<void()>;
-
 // How often the operation, run once, takes memory from the heap.
-int CountAllocations(const Operation& operation);
+long long CountAllocations(const std::function<void()>& operation);
 
-// How often the operation, run once, waits for the server to be ready again.
-int CountRoundTrips(PGconn* connection, const Operation& operation);
+// How often the operation of the peer, run once, waits for the server to be ready again.
+int CountRoundTrips(Peer& peer, const std::function<void()>& operation);
 
 }  // namespace bench
 
