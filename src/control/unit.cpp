@@ -6,10 +6,6 @@
 
 namespace dorvdl::control {
 
-class Unit::Transaction : public dorvdbquery::UnitTransaction {
-  using UnitTransaction::UnitTransaction;
-};
-
 namespace {
 
 using Ending = dorvdbquery::UnitTransaction::Outcome;
@@ -31,7 +27,7 @@ Unit::Outcome OutcomeOf(Ending ending) {
 Unit::Unit(Controller& controller)
     : controller_(controller),
       session_((controller.db_session(), controller.db_session_)),
-      transaction_(std::make_unique<Transaction>(session_->session())) {
+      transaction_(std::make_unique<dorvdbquery::UnitTransaction>(session_->session())) {
   ++controller_.units_;
 }
 

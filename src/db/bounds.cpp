@@ -10,6 +10,7 @@ using dorvdbquery::Parameter;
 
 constexpr char kOtherOwner[] = "the row would belong to another user";
 constexpr char kOtherKey[] = "the key of a user's row is the database's to give";
+constexpr char kWithheld[] = "a column of the row is not for its user to write";
 constexpr char kNoOwnParent[] = "what the row would belong to is not the user's";
 
 Condition RowsOf(const record::Ownership& ownership, const std::string& user) {
@@ -29,6 +30,10 @@ void Bounds::Apply(dorvdbquery::InsertQuery& query) const {
   if (!KeyIsParent() && query.Find(ownership_.key) != nullptr) {
     query.Refuse(kOtherKey);
   }
+  const Parameter* const withheld = query.Find(ownership_.withheld);
+  if (withheld != nullptr && *withheld != "0" && *withheld != granted_) {
+    query.Refuse(kWithheld);
+  }
   const Parameter* const value = query.Find(ownership_.column);
   if (ownership_.HasParent()) {
     DemandOwnParent(query, value == nullptr ? std::nullopt : *value);
@@ -44,6 +49,10 @@ void Bounds::Apply(dorvdbquery::UpdateQuery& query, int key) const {
   if (!KeyIsParent() && new_key != nullptr && *new_key != std::to_string(key)) {
     // What still refers to a row that is gone would come to be the user's.
     query.Refuse(kOtherKey);
+  }
+  const Parameter* const withheld = query.Find(ownership_.withheld);
+  if (withheld != nullptr && *withheld != granted_) {
+    query.Refuse(kWithheld);
   }
   const Parameter* const value = query.Find(ownership_.column);
   if (value == nullptr) {

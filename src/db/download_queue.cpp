@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <locale>
 #include <optional>
-#include <typeinfo>
 
 #include "db/conditions.h"
 
@@ -131,7 +130,7 @@ record::Task DownloadQueue::Get(int task_id) {
 }
 
 bool DownloadQueue::Update(const record::Task& task) {
-  return !IsUpdateWithFile(task) && DBOperator::Update(task, GetUserCondition());
+  return DBOperator::Update(task, GetUserCondition());
 }
 
 bool DownloadQueue::Delete(const std::vector<int>& task_ids) {
@@ -146,14 +145,14 @@ bool DownloadQueue::Create(record::Task& task, const std::string& source_path) {
   // One statement is a transaction already. Within another it is a scope of its own, so that a
   // refused one leaves what is around it usable.
   if (source_path.empty() && !GetSession().InTransaction()) {
-    return !IsCreateWithFile(task) && DBOperator::Create(task);
+    return DBOperator::Create(task);
   }
   return CreateInScope(task, source_path);
 }
 
 bool DownloadQueue::CreateInScope(record::Task& task, const std::string& source_path) {
   dorvdbquery::DefaultTransaction transaction(GetSession());
-  if (IsCreateWithFile(task) || IsRefused(task)) {
+  if (IsRefused(task)) {
     return false;  // before a file is read as root
   }
   FileOidKeeper file_oid(task.mutable_proto());
@@ -162,7 +161,7 @@ bool DownloadQueue::CreateInScope(record::Task& task, const std::string& source_
     if (oid == 0) {
       return false;
     }
-    task.mutable_proto().set_file_oid(static_cast<int>(oid));  // bit for bit
+    GiveFile(oid, task);
   }
   const std::optional<int> key = Insert(task);
   if (!key || !transaction.Commit()) {
@@ -181,7 +180,7 @@ bool DownloadQueue::LoImport(int task_id, const std::string& path) {
   }
   record::Task task;
   task.mutable_proto().set_task_id(task_id);
-  task.mutable_proto().set_file_oid(static_cast<int>(oid));
+  GiveFile(oid, task);
   const long long rows = UpdateRows(task, GetUserCondition());
   if (rows == 0) {
     // An update that reaches no row succeeds elsewhere; here it would leave a file that no task
@@ -191,38 +190,9 @@ bool DownloadQueue::LoImport(int task_id, const std::string& path) {
   return rows > 0 && transaction.Commit();
 }
 
-// Both look at the statement where the hooks of a derived class may write what the task's message
-// does not carry.
-bool DownloadQueue::IsCreateWithFile(const record::Task& task) {
-  if (!is_bound()) {
-    return false;
-  }
-  if (typeid(task) == typeid(record::Task)) {
-    return task.proto().file_oid() != 0 && RefuseFile();
-  }
-  dorvdbquery::InsertQuery query(GetSession(), GetTableName());
-  Describe(task, query);
-  const dorvdbquery::Parameter* const oid = query.Find("file_oid");
-  return oid != nullptr && *oid != "0" && RefuseFile();
-}
-
-bool DownloadQueue::IsUpdateWithFile(const record::Task& task) {
-  if (!is_bound()) {
-    return false;
-  }
-  if (typeid(task) == typeid(record::Task)) {
-    return task.proto().has_file_oid() && RefuseFile();
-  }
-  dorvdbquery::UpdateQuery query(GetSession(), GetTableName());
-  task.BindUpdateField(query);
-  return query.Find("file_oid") != nullptr && RefuseFile();
-}
-
-bool DownloadQueue::RefuseFile() {
-  constexpr char kReason[] = "which stored file is a task's is not for its user to say";
-  DORVDL_LOG(LOG_ERR, "Failed to write task: %s", kReason);
-  GetSession().Fail({dorvdbquery::Failure::Kind::kRefused, "", kReason});
-  return true;
+void DownloadQueue::GiveFile(unsigned oid, record::Task& task) {
+  task.mutable_proto().set_file_oid(static_cast<int>(oid));  // bit for bit
+  Grant(dorvdbquery::ToParameter(task.proto().file_oid()));
 }
 
 bool DownloadQueue::LoExport(int task_id, const std::string& path) {

@@ -49,6 +49,9 @@ ColumnTable::ColumnTable(std::vector<Column> columns, Rendering rendering)
       key_ = &column;
       ownership_.key = column.name();
     }
+    if (column.is_withheld()) {
+      ownership_.withheld = column.name();
+    }
     if (column.MakesItAUsers()) {
       ownership_.column = column.name();
     }

@@ -107,6 +107,9 @@ class Column {
     return With(&Column::parent_table_, table).With(&Column::parent_key_, key);
   }
 
+  // It is not for a user to write, though the row is the user's.
+  Column Withheld() const { return With(&Column::is_withheld_, true); }
+
   // A NULL reads as 0, or as @p text, just as it stands; without this it is an error.
   Column Nullable(const char* text = "") const {
     return With(&Column::null_text_, std::optional<std::string>(text));
@@ -120,6 +123,7 @@ class Column {
   const std::string& name() const { return name_; }
   bool is_key() const { return is_key_; }
   bool is_updated() const { return is_updated_ || !is_key_; }
+  bool is_withheld() const { return is_withheld_; }
   bool MakesItAUsers() const { return is_owner_ || parent_table_ != nullptr; }
   const char* parent_table() const { return parent_table_; }
   const char* parent_key() const { return parent_key_; }
@@ -169,6 +173,7 @@ class Column {
   bool is_key_ = false;
   bool is_updated_ = false;
   bool is_owner_ = false;
+  bool is_withheld_ = false;
   const char* parent_table_ = nullptr;
   const char* parent_key_ = nullptr;
   std::optional<std::string> null_text_;

@@ -86,7 +86,7 @@ const ColumnTable& Task::Columns() {
       DORVDL_COLUMN(extra_data).Nullable("\"null\"").ReadThrough(&QuoteAsJson),
       DORVDL_COLUMN(completed_time).Nullable(),
       DORVDL_COLUMN(waiting_until_time).Nullable(),
-      DORVDL_COLUMN(file_oid).Nullable(),
+      DORVDL_COLUMN(file_oid).Withheld().Nullable(),
   });
   return columns;
 }

@@ -9,6 +9,10 @@
 #include <memory>
 #include <optional>
 
+namespace dorvdbquery {
+class UnitTransaction;
+}
+
 namespace dorvdl::control {
 
 /// A unit of work on a controller. While it lives all controls on that controller work in one
@@ -54,11 +58,9 @@ class DORVDL_EXPORT Unit {
   [[nodiscard]] Outcome Commit();
 
  private:
-  class Transaction;
-
   Controller& controller_;
   const std::shared_ptr<db::DBSession> session_;
-  std::unique_ptr<Transaction> transaction_;  // null when it is over
+  std::unique_ptr<dorvdbquery::UnitTransaction> transaction_;  // null when it is over
   std::optional<Outcome> outcome_;
   dorvdbquery::Failure failure_;  // what failed first, once it is over
 };

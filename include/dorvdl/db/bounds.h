@@ -11,6 +11,7 @@
 #include <google/protobuf/message.h>
 
 #include <string>
+#include <utility>
 
 namespace dorvdl::db {
 
@@ -26,14 +27,18 @@ class DORVDL_EXPORT Bounds {
   /// accessors are made with the user's name.
   const dorvdbquery::Condition& rows() const { return rows_; }
 
+  /// Lets the column that is withheld from users be written with @p value from here on.
+  void Grant(dorvdbquery::Parameter value) { granted_ = std::move(value); }
+
   /// Lets @p query insert a row of the user's only: refused when it carries a key (that of its
-  /// parent excepted), another owner, or no parent; done only when its parent is the user's. An
-  /// owner that is absent becomes the user.
+  /// parent excepted), another owner, no parent, or in the withheld column anything but 0 or what
+  /// was granted; done only when its parent is the user's. An owner that is absent becomes the
+  /// user.
   void Apply(dorvdbquery::InsertQuery& query) const;
 
   /// Lets @p query, an update of the row @p key, leave it the user's: refused when it carries
-  /// another owner or another key, done only when the parent that it carries is the user's. Which
-  /// rows it reaches is for its condition to say.
+  /// another owner, another key or the withheld column (but as granted), done only when the parent
+  /// that it carries is the user's. Which rows it reaches is for its condition to say.
   void Apply(dorvdbquery::UpdateQuery& query, int key) const;
 
   /// Names the user as the owner in the message of a row that Apply() has let in, where its kind
@@ -49,6 +54,7 @@ class DORVDL_EXPORT Bounds {
   const record::Ownership& ownership_;
   const std::string user_;
   const dorvdbquery::Condition rows_;
+  dorvdbquery::Parameter granted_;
 };
 
 }  // namespace dorvdl::db

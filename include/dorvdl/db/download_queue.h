@@ -75,11 +75,8 @@ class DORVDL_EXPORT DownloadQueue : public DBOperator<record::Task> {
 
  private:
   bool CreateInScope(record::Task& task, const std::string& source_path);
-  // Whether the bounds refuse a create or an update of a task that names a stored file, which could
-  // be another user's; logs.
-  bool IsCreateWithFile(const record::Task& task);
-  bool IsUpdateWithFile(const record::Task& task);
-  bool RefuseFile();
+  // Makes the stored file @p oid, which this call has stored, that of @p task.
+  void GiveFile(unsigned oid, record::Task& task);
 
   const std::string user_;  // also of what was moved from, which would reach everybody's tasks
 };

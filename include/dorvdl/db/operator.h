@@ -103,12 +103,19 @@ class DBOperator {
   bool LoExport(int oid, const std::string& path);
 
  protected:
-  bool is_bound() const { return bounds_ != nullptr; }
+  bool is_bound() const { return bounds_.has_value(); }
 
   /// @p condition and, when this accessor is bound, that a row is the user's. Every statement of a
   /// table class that has a condition takes it from here.
   Condition Within(const Condition& condition) const {
     return is_bound() ? condition && bounds_->rows() : condition;
+  }
+
+  /// Lets the column that the bounds withhold, if there are any, be written with @p value.
+  void Grant(dorvdbquery::Parameter value) {
+    if (is_bound()) {
+      bounds_->Grant(std::move(value));
+    }
   }
 
   /// Whether Create() of @p record would be refused, of which nothing is sent; logs why.
@@ -142,23 +149,23 @@ class DBOperator {
   /// the execution failed.
   static bool ReadAll(dorvdbquery::SelectQuery& query, std::vector<Record>& records);
 
-  /// Makes the insert of Create(), within the bounds.
+ private:
+  // Makes the insert of Create(), within the bounds.
   void Describe(const Record& record, dorvdbquery::InsertQuery& query) const;
 
- private:
   Condition KeyIs(int key) {
     return Condition::ConditionFactory<int>(GetPrimaryKeyName(), "=", key);
   }
 
   [[maybe_unused]] DBSession& session_;  // may be gone: what is used is the share
   std::shared_ptr<dorvdbquery::Session> connection_;
-  std::shared_ptr<const Bounds> bounds_;  // null when it reaches everybody's rows
+  std::optional<Bounds> bounds_;  // none when it reaches everybody's rows
 };
 
 template <typename Record>
 void DBOperator<Record>::BindTo(const std::string& user) {
   if constexpr (record::kIsMessageRecord<Record>) {
-    bounds_ = std::make_shared<const Bounds>(Record::GetOwnership(), user);
+    bounds_.emplace(Record::GetOwnership(), user);
   }
 }
 

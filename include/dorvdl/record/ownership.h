@@ -17,6 +17,8 @@ struct Ownership {
   std::string parent_table, parent_key;
   /// The kind's own key column.
   std::string key;
+  /// A column that is not for a user to write, though the row is the user's; empty for none.
+  std::string withheld;
 
   /// Whether rows belong to a parent.
   bool HasParent() const { return !parent_table.empty(); }
