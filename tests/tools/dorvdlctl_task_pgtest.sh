@@ -318,7 +318,7 @@ test_a_user_cannot_take_what_is_anothers() {
   query "UPDATE download_queue SET file_oid = lo_from_bytea(0, 'x') WHERE task_id = 3"
   local before
   before=$(query 'SELECT q FROM download_queue q WHERE task_id = 1')
-  refused 4 "refused: which stored file is a task's is not for its user to say" \
+  refused 4 "refused: a column of the row is not for its user to write" \
     --user alice task set 1 file_oid="$(query 'SELECT file_oid FROM download_queue WHERE task_id = 3')"
   refused 4 'refused: the row would belong to another user' --user alice task set 1 username=bob
   expect_equal "$(query 'SELECT q FROM download_queue q WHERE task_id = 1')" "$before"
